@@ -1,0 +1,2 @@
+modern modern.fnt
+slant slant.fnt

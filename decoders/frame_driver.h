@@ -1,0 +1,32 @@
+/* The skeleton of every plot: names, pages, frames, and an end for each.
+ *
+ * A decoder lends its own steps; the driver opens the page, runs through the files of the series
+ * and closes.
+ */
+#pragma once
+
+#include "files/date_time.h"
+#include "plot/domain.h"
+#include "plot/page.h"
+
+#include <cstdint>
+
+/* What differs between the inputs. */
+struct PlotSteps {
+    void (*prepare)();              // before the first page: options of the input
+    int (*open)(const char *name);  // one file: 1, or 0 after a message
+    void (*draw)();                 // one picture of the file now open
+    void (*close)();                //
+    const DateTime *(*time)();      // time the plot is asked for
+    const Domain *(*data_domain)(); // of the file opened last
+    PlotProc plot;                  // the entry itself: replots after a zoom
+};
+
+/* Plots the series of files.  An unset domain takes the data's own.  A single file that cannot be
+ * opened ends the process with status 10; in a series it is passed over.  Returns 0. */
+int FRAME_plot(const PlotSteps &steps, Domain *domain);
+
+/* Seconds of the last file seen, rounded down to a multiple of the step. */
+int64_t FRAME_last_seen();
+
+void FRAME_reset();

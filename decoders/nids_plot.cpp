@@ -1,0 +1,129 @@
+#include "decoders/nids_plot.h"
+
+#include "decoders/frame_driver.h"
+#include "decoders/nids_cells.h"
+#include "decoders/nids_colors.h"
+#include "decoders/nids_extra.h"
+#include "decoders/nids_options.h"
+#include "decoders/nids_packets.h"
+#include "decoders/nids_product.h"
+#include "kernel/gph.h"
+#include "plot/color_bar.h"
+#include "plot/labels.h"
+#include "plot/levels.h"
+#include "plot/map.h"
+#include "plot/page_state.h"
+#include "shell/draw_list.h"
+#include "shell/message.h"
+#include "shell/resource.h"
+
+namespace {
+
+constexpr float kTextHeight = 8.0f; // of texts among the data
+
+void draw_vectors(FILE *file) {
+    NIDS_set_line();
+    NidsVector vector;
+    while (NIDS_next_vector(file, &vector) > 0)
+        NIDS_draw_vector(vector, 0.0f);
+}
+
+void draw_winds(FILE *file) {
+    NidsWind wind;
+    while (NIDS_next_wind(file, &wind) > 0)
+        NIDS_draw_wind(wind);
+}
+
+void draw_text(FILE *file) {
+    NidsText text;
+    if (NIDS_read_text(file, &text) > 0 && NIDS_set_text(kTextHeight))
+        NIDS_draw_text(text, 0.0f);
+}
+
+/* Draws the packet whose head was read last. */
+void draw_packet(unsigned code, const NidsSite &site) {
+    FILE *file = NIDS_file();
+    switch (code) {
+    case NIDS_RADIAL:
+    case NIDS_DIGITAL_RADIAL:
+        NIDS_draw_radials(file, site);
+        break;
+    case NIDS_RASTER:
+    case NIDS_PRECIP_ARRAY:
+        NIDS_draw_raster(file, site);
+        break;
+    case NIDS_VECTOR:
+    case NIDS_VECTOR_VALUE:
+        draw_vectors(file);
+        break;
+    case NIDS_WIND:
+        draw_winds(file);
+        break;
+    case NIDS_TEXT:
+    case NIDS_TEXT8:
+        draw_text(file);
+        break;
+    default: // a packet that was passed over
+        break;
+    }
+}
+
+void prepare() {
+    const char *variable = RES_get("variable");
+    if (variable && STR_casecmp(variable, "watch") == 0)
+        MSG_print(MSG_WARN, "NIDS_plot: Watch boxes are not there yet\n");
+    NIDS_parse_params();
+    if (NIDS_options()->refresh)
+        MSG_print(MSG_WARN, "NIDS_plot: Refreshing by a timer is not there yet\n");
+}
+
+const DateTime *plot_time() { return &NIDS_product()->plot_time; }
+
+const Domain *data_domain() { return &NIDS_product()->domain; }
+
+constexpr PlotSteps kNidsSteps = {
+    .prepare = prepare,
+    .open = NIDS_open_file,
+    .draw = NIDS_draw,
+    .close = NIDS_close_file,
+    .time = plot_time,
+    .data_domain = data_domain,
+    .plot = NIDS_plot,
+};
+
+} // namespace
+
+int NIDS_plot(Domain *domain) { return FRAME_plot(kNidsSteps, domain); }
+
+void NIDS_draw() {
+    MAP_draw(1);
+    NIDS_print_info();
+    NIDS_draw_data();
+    if (CONT_get_bar() > 0) {
+        GPH_sel_tran(1);
+        CONT_bar(1, nullptr);
+        GPH_sel_tran(2);
+    }
+    MAP_draw(6);
+    NIDS_draw_extra();
+    PLT_labels();
+}
+
+void NIDS_draw_data() {
+    GPH_sel_tran(2);
+    const NidsProduct *product = NIDS_product();
+    PLT_label_ul(product->title);
+    PLT_label_lr(product->info);
+    PLT_label_ur(product->time_text);
+    PLT_set_label_time(&product->scan_time);
+    CONT_param();
+    NidsSite site;
+    NIDS_find_site(&site);
+    NIDS_choose_colors();
+    PLT_message("NIDS Sum");
+    // The first packet's head was read with the product.
+    unsigned code = product->packet;
+    do
+        draw_packet(code, site);
+    while (NIDS_read_packet(NIDS_file(), &code) > 0);
+}

@@ -1,0 +1,209 @@
+#include "plot/plot_param.h"
+
+#include "files/date_time.h"
+#include "files/file_name.h"
+#include "kernel/colors.h"
+#include "kernel/device_ps.h"
+#include "kernel/gph.h"
+#include "kernel/redraw_store.h"
+#include "plot/city_cache.h"
+#include "plot/domain.h"
+#include "plot/dump.h"
+#include "plot/labels.h"
+#include "plot/levels.h"
+#include "plot/map.h"
+#include "plot/page_state.h"
+#include "shell/message.h"
+#include "shell/resource.h"
+#include "shell/strings.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+PlotParams params;
+
+constexpr int kBarBelow = 2;       // state of the colour bar
+constexpr int kNoBar = -2;         //
+constexpr int kShadow = 4;         // pixels
+constexpr int kMostShadow = 100;   //
+constexpr int kMaxBad = 5;         // records
+constexpr float kMostTiles = 8.0f; // of the page, in one direction
+
+/* A whole number; 0 without one. */
+int number_of(const char *value) {
+    return int(std::clamp(strtol(value, nullptr, 10), long(INT_MIN), long(INT_MAX)));
+}
+
+/* A whole number of at least 1, or another in its place. */
+int number_or(const char *value, int fallback) {
+    const int n = number_of(value);
+    return n < 1 ? fallback : n;
+}
+
+void set_overlay(const char *value) {
+    int offset, lines;
+    const int n = sscanf(value, "%9d:%9d", &offset, &lines);
+    if (n >= 1)
+        PLT_set_label_offset(offset);
+    if (n >= 2)
+        PLT_set_label_lines(lines);
+}
+
+/* One interval serves for both directions. */
+void set_grid(const char *value) {
+    float lat, lon;
+    int cross = 0, repeat = 0;
+    const int n = sscanf(value, "%f:%f:%9d:%9d", &lat, &lon, &cross, &repeat);
+    if (n >= 1)
+        MAP_set_grid(lat, n >= 2 ? lon : lat, cross, repeat);
+}
+
+void set_skip(const char *value) {
+    int x, y;
+    const int n = sscanf(value, "%9d:%9d", &x, &y);
+    if (n >= 1)
+        CONT_set_skip(std::max(x, 1), std::max(n >= 2 ? y : x, 1));
+}
+
+void set_offset(const char *value) {
+    float x, y;
+    const int n = sscanf(value, "%f:%f", &x, &y);
+    if (n >= 1)
+        CONT_set_offset(x, n >= 2 ? y : x);
+}
+
+/* "WxH+X+Y", all four: fractions of the page; or, with W above 1, tiles, counted from the upper
+ * left. */
+void set_viewport(const char *value) {
+    float w, h, x, y;
+    if (sscanf(value, "%fx%f+%f+%f", &w, &h, &x, &y) != 4)
+        return;
+    if (w > 1.0f) {
+        w = std::clamp(w, 1.0f, kMostTiles);
+        h = std::clamp(h, 1.0f, kMostTiles);
+        x = x / w;
+        y = 1 - (y + 1) / h;
+        w = 1 / w;
+        h = 1 / h;
+    }
+    if (!(w > 0.0f && h > 0.0f && std::isfinite(h) && std::isfinite(x) && std::isfinite(y))) {
+        MSG_print(MSG_WARN, "PLT_param: No room on the page: vp_size=%s\n", value);
+        return;
+    }
+    GPH_set_area(w, h, x, y);
+}
+
+void set_bar(const char *value) {
+    CONT_set_bar(kBarBelow);
+    float low, high;
+    if (sscanf(value, "%f:%f", &low, &high) == 2)
+        CONT_set_bar_range(high, low);
+}
+
+void set_gif(const char *value) { PLT_set_dump(DUMP_GIF, value); }
+void set_png(const char *value) { PLT_set_dump(DUMP_PNG, value); }
+
+/* value is the text behind the match and one separator, whatever that is; "" when there is none. */
+struct ParamWord {
+    const char *name;
+    size_t match; // leading characters compared; 0 compares the whole word
+    void (*act)(const char *value);
+};
+
+/* The order counts: "gif" would take "gif_inter" too.  "plt_off" is compared on one character more
+ * than it has: only the bare word fits, which brings no value. */
+constexpr ParamWord kWords[] = {
+    {"full", 0, [](const char *) { PLT_set_full(0.0f); }},
+    {"fullab", 0,
+     [](const char *) {
+         PLT_set_full(0.0f);
+         PLT_set_fullab(1);
+     }},
+    {"nopage", 0, [](const char *) { MSG_set_page_mode(0); }},
+    {"page", 0, [](const char *) { MSG_set_page_mode(1); }},
+    {"noredraw", 0, [](const char *) { gobj_set_saving(0); }},
+    {"id", 0, [](const char *) { CTY_set_label_form(0); }},
+    {"wmo", 0, [](const char *) { CTY_set_label_form(1); }},
+    {"cod_wmo", 0, [](const char *) { CTY_set_label_form(2); }},
+    {"tz", 2, [](const char *value) { DT_set_zone(value); }},
+    {"over", 4, set_overlay},
+    {"lalo", 4, set_grid},
+    {"gridx", 5, [](const char *value) { params.grid_x = number_or(value, params.grid_x); }},
+    {"plt_skip", 8, set_skip},
+    {"plt_off", 8, set_offset},
+    {"plt_grid", 8, [](const char *) { params.thin_grid = 1; }}, // whatever its value
+    {"loc_pr", 6,
+     [](const char *value) {
+         if (*value)
+             DOM_put_location_priority(number_of(value));
+     }},
+    {"vp_size", 7, set_viewport},
+    {"font", 4, [](const char *value) { GPH_set_default_font(value); }},
+    {"gif_inter", 0, [](const char *) { PLT_dump_options()->gif_interlace = 1; }},
+    {"gif_norm", 0, [](const char *) { PLT_dump_options()->gif_interlace = 0; }},
+    {"gif_trans", 0, [](const char *) { PLT_dump_options()->gif_transparent = 1; }},
+    {"inv", 0, [](const char *) { gset_inverse(1); }},
+    {"lcmap", 0, [](const char *) { gset_private_cmap(1); }},
+    {"nolcmap", 0, [](const char *) { gset_private_cmap(0); }},
+    {"rwclr", 0, [](const char *) { gset_rw_colors(1); }},
+    {"norwclr", 0, [](const char *) { gset_rw_colors(0); }},
+    {"nolooptitle", 0, [](const char *) { params.loop_title = 0; }},
+    {"pscolor", 0,
+     [](const char *) {
+         gps_set_color_mode(1);
+         gset_inverse(1);
+     }},
+    {"psrev", 0, [](const char *) { gps_set_reverse(1); }},
+    {"clear", 0, [](const char *) { params.attach_mode = 1; }},
+    {"new", 0, [](const char *) { params.attach_mode = 2; }},
+    {"kill", 0, [](const char *) { params.attach_mode = 9; }},
+    {"bar", 3, set_bar},
+    {"nobar", 0, [](const char *) { CONT_set_bar(kNoBar); }},
+    {"nohdr", 0, [](const char *) { PLT_dump_options()->image_header = 0; }},
+    {"shadow", 6,
+     [](const char *value) { GPH_set_shadow(std::min(number_or(value, kShadow), kMostShadow)); }},
+    {"max_bad", 7, [](const char *value) { params.max_bad = number_or(value, kMaxBad); }},
+    {"min_size", 8, [](const char *value) { FILE_set_min_size(number_or(value, 0)); }},
+    {"grdfmt", 6,
+     [](const char *value) {
+         if (*value)
+             params.grid_format = value;
+     }},
+    {"gif", 3, set_gif},
+    {"png", 3, set_png},
+    {"img", 3, [](const char *value) { PLT_set_dump(DUMP_IMG, value); }},
+    {"xwd", 3, [](const char *value) { PLT_set_dump(DUMP_XWD, value); }},
+};
+
+constexpr ParamWord kFileWords[] = {
+    {"gif", 3, set_gif},
+    {"png", 3, set_png},
+};
+
+template <size_t N>
+void take_words(const char *resource, const ParamWord (&table)[N]) {
+    const ResList words(resource);
+    for (int i = 0; i < words.count; i++)
+        for (const ParamWord &w : table) {
+            const char *word = words[i];
+            if (w.match ? STR_ncasecmp(word, w.name, w.match) : STR_casecmp(word, w.name))
+                continue;
+            w.act(strlen(word) > w.match ? word + w.match + 1 : "");
+            break;
+        }
+}
+} // namespace
+
+void PLT_param() {
+    take_words("plot_param", kWords);
+    take_words("out_file", kFileWords);
+}
+
+const PlotParams *PLT_params() { return &params; }
+
+void PLT_param_reset() { params = PlotParams{}; }

@@ -1,0 +1,188 @@
+/* What the tests of the page share: fresh state, and a device that keeps what is drawn on it, in
+ * the coordinates of the transform it was drawn in. */
+#pragma once
+
+#include "files/file_name.h"
+#include "kernel/color_table.h"
+#include "kernel/device.h"
+#include "kernel/devices.h"
+#include "kernel/gph.h"
+#include "kernel/state.h"
+#include "kernel/transform.h"
+#include "kernel/workstation.h"
+#include "plot/city_cache.h"
+#include "plot/dump.h"
+#include "plot/labels.h"
+#include "plot/levels.h"
+#include "plot/map.h"
+#include "plot/page.h"
+#include "plot/page_state.h"
+#include "plot/plot_param.h"
+#include "plot/plot_window.h"
+#include "plot/projection.h"
+#include "shell/draw_list.h"
+#include "shell/message.h"
+#include "shell/params.h"
+#include "shell/resource.h"
+#include "tests/support/scratch.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+struct DrawnText {
+    Point at;
+    std::string text;
+    int transform, align_h, align_v;
+    float height;
+};
+
+struct DrawnLine {
+    std::vector<Point> points;
+    int transform, color, type;
+    bool filled;
+};
+
+/* What the device was given since the last page_fresh. */
+struct Drawn {
+    std::vector<DrawnText> texts;
+    std::vector<DrawnLine> lines; // areas too
+    std::vector<std::string> notes;
+
+    std::vector<DrawnLine> areas() const {
+        std::vector<DrawnLine> found;
+        for (const DrawnLine &line : lines)
+            if (line.filled)
+                found.push_back(line);
+        return found;
+    }
+    /* All texts in their order, with a stroke between two. */
+    std::string words() const {
+        std::string all;
+        for (const DrawnText &text : texts)
+            all += (all.empty() ? "" : "|") + text.text;
+        return all;
+    }
+};
+inline Drawn drawn;
+
+inline int page_transform() {
+    int error, n;
+    gget_cur_tran(&error, &n);
+    return n;
+}
+
+/* A page of 1 by 0.8. */
+inline int page_open_device(const char *) {
+    gstate().ws_width = 1001;
+    gstate().ws_height = 801;
+    return 0;
+}
+
+inline const Device kKeepingDevice = {
+    .name = "keeping",
+    .open = page_open_device,
+    .message = [](const char *text) { drawn.notes.push_back(text); },
+    .polyline =
+        [](int n, const Point *points) {
+            drawn.lines.push_back({{points, points + n},
+                                   page_transform(),
+                                   gstate().line.color,
+                                   gstate().line.type,
+                                   false});
+        },
+    .fill =
+        [](int n, const Point *points) {
+            drawn.lines.push_back({{points, points + n},
+                                   page_transform(),
+                                   gstate().fill.color,
+                                   gstate().fill.style,
+                                   true});
+        },
+    .text_begin =
+        [](Point at, const char *text) {
+            const TextState &state = gstate().text;
+            drawn.texts.push_back(
+                {at, text, page_transform(), state.align_h, state.align_v, state.height});
+        },
+};
+
+inline void page_fresh() {
+    GPH_reset();
+    COLOR_reset();
+    CONT_reset();
+    CONT_set_bar(0);
+    CTY_reset();
+    DRAW_reset();
+    FILE_name_reset();
+    DT_zone_reset();
+    MAP_reset();
+    PLT_dump_reset();
+    PLT_labels_reset();
+    PLT_page_reset();
+    PLT_param_reset();
+    PLT_reset();
+    PRJ_reset();
+    DOM_reset();
+    PAR_fill(MISSING);
+    RES_reset();
+    MSG_reset();
+    RES_set_converter(OPT_DEVICE, gdevice_convert);
+    drawn = Drawn{};
+}
+
+/* A plate of the whole earth, in degrees, or a part of it. */
+inline Domain page_latlon(float lat, float lon, float height) {
+    Domain d;
+    d.proj = PROJ_LATLON;
+    d.plat = 0.0f;
+    d.plon = 0.0f;
+    d.clat = lat;
+    d.clon = lon;
+    d.nx = 3;
+    d.ny = 3;
+    d.dx = height;
+    d.dy = height / 2;
+    return d;
+}
+
+struct PageTest : testing::Test {
+    Scratch scratch;
+
+    PageTest() {
+        page_fresh();
+        gregister_devices();
+        gset_device(WS_META, &kKeepingDevice);
+        RES_set("file_path", scratch.dir.c_str());
+        RES_set("device", "m");
+        std::string font = "255 254"; // no glyph at all
+        for (int code = 0; code < 256; code++)
+            font += " -1";
+        scratch.write("modern.fnt", font);
+        scratch.write("qra.clr",
+                      "black 0 0 0\nwhite 1 1 1\nred 1 0 0\ngreen 0 1 0\nblue 0 0 1\nmagenta 1 0 "
+                      "1\n");
+        COLOR_read_table(nullptr);
+        MSG_set_levels("warn");
+    }
+    ~PageTest() override {
+        page_fresh();
+        gset_device(WS_META, nullptr);
+    }
+
+    /* Opens the page and forgets what that drew. */
+    void open(const Domain &domain) {
+        ASSERT_EQ(PLT_open(DOM_aspect(&domain)), 0);
+        PLT_set_domain(&domain);
+        drawn = Drawn{};
+    }
+    void open_page() { open(page_latlon(40.0f, -100.0f, 40.0f)); }
+};
+
+/* What a call writes to standard error. */
+template <class Call>
+std::string page_errors_of(Call call) {
+    testing::internal::CaptureStderr();
+    call();
+    return testing::internal::GetCapturedStderr();
+}
