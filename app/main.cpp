@@ -11,8 +11,9 @@
 #include <csignal>
 
 int main(int argc, char **argv) {
-    // A command that takes the document may die: the write fails, and is reported.
-    signal(SIGPIPE, SIG_IGN);
+    // A command that takes the document may die: the write fails then, and is reported.  The signal
+    // is caught rather than ignored, since the commands that the program runs would inherit that.
+    signal(SIGPIPE, [](int) {});
     APP_wire();
     RES_init(argc, argv, OPT_keyed_ids, OPT_positional_ids);
     if (PAR_is_help()) {

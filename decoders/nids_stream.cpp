@@ -14,6 +14,10 @@ constexpr uint8_t kTrailer[] = "\r\r\n\x03"; // ends a transmission
 constexpr size_t kTrailerSize = sizeof kTrailer - 1;
 constexpr uint32_t kTrace = MSG_DEBUG_D;
 
+/* Bytes of a packed product, ten times the largest that radars send.  A few hundred bytes can be
+ * made to inflate to gigabytes. */
+constexpr int64_t kMostInflated = 16'000'000;
+
 /* What each product starts anew. */
 struct Place {
     int mode = NIDS_PLAIN;
@@ -148,12 +152,13 @@ int refill_bzip2(FILE *file) {
 }
 
 int refill(FILE *file) {
-    if (stream.at.mode == NIDS_ZLIB)
-        return refill_zlib();
-    if (stream.at.mode == NIDS_BZIP2)
-        return refill_bzip2(file);
-    refill_plain();
-    return 1;
+    if (stream.at.mode == NIDS_PLAIN) {
+        refill_plain();
+        return 1;
+    }
+    if (stream.at.made > kMostInflated)
+        return 0;
+    return stream.at.mode == NIDS_ZLIB ? refill_zlib() : refill_bzip2(file);
 }
 
 bool start_zlib() {

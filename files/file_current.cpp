@@ -13,7 +13,7 @@
 namespace {
 
 constexpr int kSearchSteps = 500; // back from now, unless a count is given
-constexpr int kMostSteps = 9999;  // a count has four digits
+constexpr int kMostSteps = 100000;
 
 /* A time expression being read. */
 struct Expression {
@@ -137,9 +137,13 @@ int read_search(Expression *x) {
         return kSearchSteps;
     x->text++;
     int count = 0;
-    for (int i = 0; i < 4 && is_digit(*x->text); i++)
-        count = count * 10 + *x->text++ - '0';
-    return std::min(count, kMostSteps);
+    for (const char *c = x->text; is_digit(*c); c++)
+        count = std::min(count * 10 + *c - '0', kMostSteps);
+    // The text moves by as many digits as the count should have, four at most.
+    const int digits = count < 10 ? 1 : count < 100 ? 2 : count < 1000 ? 3 : 4;
+    for (int i = 0; i < digits && is_digit(*x->text); i++)
+        x->text++;
+    return count;
 }
 
 /* True for a file that is large enough to count. */

@@ -268,7 +268,7 @@ void split_date(std::string *name) {
 /* Cuts a modifier off a name: "#", "-", "+" or ":" in the name itself, not in its directories. */
 void split_suffix(std::string *name) {
     FILE_state().suffix.clear();
-    if (FILE_exists(name->c_str()))
+    if (FILE_exists(name->c_str() + (name->starts_with('@') ? 1 : 0)))
         return;
     const size_t slash = name->rfind('/');
     const size_t first = std::max(kFirstSuffix, slash == std::string::npos ? 0 : slash + 1);
@@ -315,8 +315,6 @@ void ask_name(const char *prompt) {
     std::string answer;
     MSG_prompt(prompt, &answer, 79);
     std::string name = s.current_name;
-    if (STR_casecmp(answer.c_str(), "exit") == 0)
-        PROC_exit(0);
     if (STR_casecmp(answer.c_str(), "list") == 0)
         FILE_list();
     else if (!answer.empty() && is_current(answer))

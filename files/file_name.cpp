@@ -86,7 +86,7 @@ int search_conventions(FILE *file, const std::string &text) {
         if (buffer[0] == '#')
             continue;
         Convention line;
-        sscanf(buffer, "%160s %160s %160s %d", line.key, line.input, line.output, &line.min_size);
+        sscanf(buffer, "%160s %160s %160s %9d", line.key, line.input, line.output, &line.min_size);
         if (try_convention(line, text))
             return 1;
     }

@@ -11,6 +11,8 @@
 
 namespace {
 
+constexpr int kMostFiles = 100000; // of a span: more is a slip of the hand
+
 /* All times in seconds. */
 struct Series {
     std::vector<std::string> list; // names of the command line; empty for current data
@@ -22,6 +24,7 @@ struct Series {
     int64_t start = 0;
     int64_t offset = 0; // of the next file
     int64_t default_span = 0;
+    int delivered = 0; // names of a span so far
 };
 Series series;
 
@@ -48,6 +51,11 @@ int next_in_list(std::string *out) {
 int next_in_span(std::string *out) {
     if (series.offset > (series.span < 0 ? 0 : series.span))
         return 0;
+    if (++series.delivered > kMostFiles) {
+        MSG_print(MSG_WARN, "FILE_series_next: Series ends after %d files\n", kMostFiles);
+        series.offset = INT64_MAX;
+        return 0;
+    }
     if (series.span == 0) {
         *out = FILE_get_current();
     } else {
@@ -93,6 +101,7 @@ void FILE_series_init(const DateTime *date) {
     for (int i = 0; i < names.count && !begins_current(names[0]); i++)
         series.list.push_back(names[i]);
     series.pos = 0;
+    series.delivered = 0;
     series.base = *date;
     series.span = FILE_num_hours();
     series.step = FILE_num_step();

@@ -110,15 +110,16 @@ void put_yday(Expansion *x, char, int width) {
     const int month = user.month >= 0 ? user.month : x->source->month;
     const int day = user.day >= 0 ? user.day : x->source->day;
     if (month < 0 || day < 0) {
-        *x->out += "000";
+        *x->out += "00";
         return;
     }
+    const int year = user.year >= 0 ? user.year : x->source->year;
     int yday = 0;
-    DT_date_to_yday(x->source->year, month, day, &yday);
+    DT_date_to_yday(year, month, day, &yday);
     if (user.day < 0)
         yday = round_down(yday, day_multiple(width));
     put_number(x->out, yday, 3);
-    DT_yday_to_date(x->source->year, yday, &x->result->month, &x->result->day);
+    DT_yday_to_date(year, yday, &x->result->month, &x->result->day);
 }
 
 /* An hour or minute: fixed by the user (and rounded all the same), stepped, or from the source. */

@@ -48,7 +48,7 @@ FILE *FILE_open(const char *name, const char *mode) {
     std::string path;
     FILE_expand_home(name, &path);
     if (!reading)
-        FILE_make_dirs(path.c_str(), 1);
+        FILE_make_dirs(&path, 1);
     return fopen(path.c_str(), mode);
 }
 
@@ -134,8 +134,8 @@ int FILE_remove(const char *name) {
     return unlink(path.c_str());
 }
 
-int FILE_make_dirs(const char *name, int skip) {
-    std::string path = name ? name : "";
+int FILE_make_dirs(std::string *name, int skip) {
+    std::string &path = *name;
     std::replace(path.begin(), path.end(), '\\', '/');
     const size_t slash = path.rfind('/');
     if (slash != std::string::npos && slash > 0 && FILE_exists(path.substr(0, slash).c_str()))

@@ -35,6 +35,7 @@ int64_t FILE_size(const char *name);  // bytes, -1 when there is none
 int64_t FILE_mtime(const char *name); // seconds since 1970, -1 when there is none
 int FILE_remove(const char *name);
 
-/* Makes the directories of a path but for its last skip components.  Returns 1 when the place was
+/* Turns backslashes of a path into slashes, and makes its directories but for the last skip
+ * components.  Returns 1 when the place was
  * there already, else 0. */
-int FILE_make_dirs(const char *name, int skip);
+int FILE_make_dirs(std::string *name, int skip);

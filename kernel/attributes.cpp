@@ -50,11 +50,14 @@ int set_color(const char *call, ObjCode what, int index, int *color) {
     return changed(what, index);
 }
 
+/* No document can hold a size that is no number. */
+bool is_size(float value) { return value >= 0.0f && std::isfinite(value); }
+
 /* The checks that line and marker widths share. */
 int set_width(const char *call, const char *message, ObjCode what, float width, float *place) {
     if (!gstate().ws_open)
         return not_open(call);
-    if (width < 0.0f)
+    if (!is_size(width))
         return gerror(call, "invalid %s width: %f\n", message, double(width));
     if (width == *place)
         return 0;
@@ -108,7 +111,7 @@ int gset_marker_size(float size) {
     KernelState &kern = gstate();
     if (!kern.ws_open)
         return not_open("gset_marker_size");
-    if (size < 0.0f)
+    if (!is_size(size))
         return gerror("gset_marker_size", "invalid marker size: %f\n", double(size));
     if (size == kern.marker.size)
         return 0;
@@ -174,7 +177,7 @@ int gset_text_colr_ind(int index) {
 
 int gset_char_ht(float height) {
     float &place = gstate().text.height;
-    if (height < 0.0f)
+    if (!is_size(height))
         return gerror("gset_char_ht", "invalid character height: %f\n", double(height));
     if (height == place)
         return 0;
@@ -184,7 +187,7 @@ int gset_char_ht(float height) {
 
 int gset_expan(float factor) {
     float &place = gstate().text.expansion;
-    if (factor < 0.0f)
+    if (!is_size(factor))
         return gerror("gset_expan", "invalid expansion factor: %f\n", double(factor));
     if (factor == place)
         return 0;
@@ -194,7 +197,7 @@ int gset_expan(float factor) {
 
 int gset_text_width(float width) {
     float &place = gstate().text.width;
-    if (width < 0.0f)
+    if (!is_size(width))
         return gerror("gset_text_width", "invalid text width: %f\n", double(width));
     if (width == place)
         return 0;

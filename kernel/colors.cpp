@@ -112,6 +112,8 @@ int galloc_color(float r, float g, float b, int index) {
 }
 
 int gsame_color(float r, float g, float b, int index, int by_pixel) {
+    if (index == -1)
+        return 0;
     int slot = by_pixel ? -1 : index;
     if (by_pixel)
         for (int i = 0; i < kSlots; i++)

@@ -21,7 +21,8 @@ int galloc_color(float r, float g, float b, int index);
  * pixel, which stands for the last slot that holds it. */
 int gsame_color(float r, float g, float b, int index, int by_pixel);
 
-/* Pixel of an index; -1 where it was never defined on a window, 0 where there are no pixels. */
+/* Pixel of an index; -1 where it was never defined on a window.  On paper it is 0, and -2 once an
+ * index that had none was defined. */
 int gget_pixel(int index);
 int gset_pixel(int index, int pixel);
 

@@ -19,6 +19,7 @@
 namespace {
 constexpr Paper kLetter = {11.0f, 8.5f}; // inches, lying
 constexpr float kMargin = 0.5f;          // inches, both sides together
+constexpr float kLeastScale = 0.005f;    // a smaller one would be written as 0, and leave no page
 constexpr double kPointsPerInch = 72.0;
 constexpr double kPointsPerPixel = 0.72; // of a screen
 
@@ -64,7 +65,7 @@ constexpr PsWord kWords[] = {
     {"scale", 5,
      [](const char *value) {
          const float scale = strtof(value, nullptr);
-         if (std::isnormal(scale)) // 0 would leave no page
+         if (std::isfinite(scale) && std::fabs(scale) >= kLeastScale)
              ps.scale = scale;
      }},
     {"lwidth", 6, [](const char *value) { ps.line_scale = float(atoi(value)); }}, // whole numbers
@@ -331,7 +332,7 @@ static void ps_reset() {
 
 static void ps_background() { gset_background(1.0f, 1.0f, 1.0f); }
 
-/* -1 is a colour that was never defined. */
+/* A colour that was never defined has the pixel -1; any other says that it is. */
 static void gps_set_gray(int index, float r, float g, float b) {
     gpaper_set_gray(index, r, g, b);
     if (gget_pixel(index) == -1)

@@ -20,6 +20,7 @@ constexpr int kStrokeValues = 15008;
 constexpr int kCodes = 256;
 constexpr int kListMax = 40;
 constexpr int kShortListMax = 10; // of a list file that was named
+constexpr int kBlank = 32;        // its code
 constexpr int kBlankWidth = 40;   // font units
 
 // Values of the stroke table.  What is stored ends with a glyph's end.
@@ -164,7 +165,7 @@ void measure_glyphs() {
             widest = std::max(widest, step.x);
         font.width[code] = static_cast<unsigned char>(widest);
     }
-    font.width[' '] = kBlankWidth;
+    font.width[kBlank] = kBlankWidth;
 }
 
 int load_device_font(const char *name) {

@@ -40,6 +40,7 @@ int GPH_rect(const float rect[4]);
 int GPH_box(float x1, float y1, float x2, float y2);
 int GPH_fill_box(float x1, float y1, float x2, float y2);
 int GPH_text(const Point *at, const char *text);
+/* The text is cut at 255 characters. */
 int GPH_textf(const Point *at, const char *format, ...) __attribute__((format(printf, 2, 3)));
 int GPH_textxy(float x, float y, const char *format, ...) __attribute__((format(printf, 3, 4)));
 

@@ -28,10 +28,11 @@ constexpr PaperSize kSizes[] = {
     {"b2", 28.66f, 20.27f},  {"b1", 40.55f, 28.66f}, {"ansid", 34.0f, 22.0f},
 };
 
-constexpr float kMaxPaper = 1000.0f; // inches
-constexpr float kMaxTiles = 8.0f;    // of a page, in one direction
+constexpr float kMinPaper = 1.0f; // inches; half an inch is margin
+constexpr float kMaxPaper = 1000.0f;
+constexpr float kMaxTiles = 8.0f; // of a page, in one direction
 
-bool is_size(float inches) { return inches > 0.0f && inches <= kMaxPaper; }
+bool is_size(float inches) { return inches >= kMinPaper && inches <= kMaxPaper; }
 
 /* The first variable that holds text; null when none does. */
 const char *first_set(std::span<const char *const> variables) {

@@ -145,9 +145,9 @@ bool test_int(int value, const QueryContext &query) {
     return compare(value, query.sense, double(strtol(query.value, nullptr, 10)));
 }
 
-/* A value that the record does not have fails every test. */
+/* A value that the record does not have counts as the number that stands for it. */
 bool test_float(float value, const QueryContext &query) {
-    return value != MISSING_F && compare(value, query.sense, strtof(query.value, nullptr));
+    return compare(value, query.sense, strtof(query.value, nullptr));
 }
 
 /* Name="text": the quotes count only by their place. */

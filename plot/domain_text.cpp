@@ -147,9 +147,8 @@ bool read_region(const char *field, Domain *domain) {
         name = nullptr;
     }
     std::string text;
-    if (REG_lookup(file.c_str(), name, &text) == 1)
-        DOM_decode(text.c_str(), domain);
-    else
+    // A region that leads nowhere is none of an unset domain, which would take the data's own.
+    if (REG_lookup(file.c_str(), name, &text) != 1 || DOM_decode(text.c_str(), domain) == -1)
         domain->proj = -1;
     return true;
 }
@@ -263,7 +262,7 @@ int decode_fields(const char *text, Domain *domain) {
     return -1;
 }
 
-int decode_nested(const char *text, Domain *domain) {
+int decode_bounded(const char *text, Domain *domain) {
     int result = -1;
     if (domain_text.depth < kDeepest) {
         domain_text.depth++;
@@ -280,7 +279,7 @@ int DOM_decode(const char *text, Domain *domain) {
     *domain = Domain{};
     int result = MISSING;
     if (text && *text && STR_casecmp(text, "miss"))
-        result = decode_nested(text, domain);
+        result = decode_bounded(text, domain);
     PAR_set(PAR_DOMAIN, result);
     FILE_set_key('r', text ? text : "");
     DOM_set_priority(DOM_span(domain->ny, domain->dy));

@@ -48,6 +48,7 @@ static void make_stale() {
 }
 
 static void drop_levels() {
+    levels.resources_read = false;
     cont.interval = cont.grid_min = cont.grid_max = cont.levels[0] = MISSING_F;
     levels.text_levels = false;
 }
@@ -131,7 +132,7 @@ void add_entry(LevelText &text, const char *entry) {
 
 /* Returns false after a message. */
 bool read_level_file(LevelText &text, const char *name) {
-    FILE *file = FILE_open_data(name);
+    FILE *file = *name ? FILE_open_data(name) : nullptr; // no name would be standard input
     if (!file) {
         MSG_print(MSG_ERROR, "CONT_set_fill_colors: Unable to read contour level file: %s\n", name);
         return false;
@@ -529,6 +530,7 @@ void CONT_set_dash(int mode) { cont.dash_mode = mode; }
 
 void CONT_set_interval(float value) {
     cont.interval = value;
+    levels.resources_read = false;
     make_stale();
 }
 

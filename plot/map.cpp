@@ -108,7 +108,7 @@ bool take_condition(const Condition &condition, const char **spec) {
     return holds(!condition.at_least, height, other);
 }
 
-/* Passes over mark, gate and conditions.  Returns false when the specification is not for this
+/* Passes over mark, gate and conditions.  Returns false when the entry is not for this
  * plot. */
 bool is_wanted(const char **spec) {
     constexpr int kBelow = 1, kAbove = 2, kPlain = 4; // bits of the mask
@@ -248,7 +248,7 @@ bool next_word(FILE *file, const char *list, char word[kListWord + 1]) {
     return false;
 }
 
-/* Its words are specifications only: a list that names itself is not followed. */
+/* Its words are entries only: a list that names itself is not followed. */
 void draw_list_file(const char *name) {
     FILE *file = FILE_open_data(name);
     if (!file) {

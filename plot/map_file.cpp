@@ -1,5 +1,5 @@
 /* Map files: records of points, as text or as big-endian binary. */
-#include "plot/map.h"
+#include "plot/map_file.h"
 #include "plot/map_seam.h"
 
 #include "kernel/primitives.h"

@@ -4,7 +4,6 @@
 #include "kernel/gph.h"
 #include "kernel/primitives.h"
 #include "kernel/transform.h"
-#include "plot/map.h"
 #include "plot/map_seam.h"
 #include "plot/page_state.h"
 #include "plot/projection.h"

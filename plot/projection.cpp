@@ -250,8 +250,8 @@ int PRJ_offset_xy(float x, float y, float bearing, float range, float *xo, float
         return PRJ_no_image(xo, yo);
     const float east = float(sin(PRJ_rad(bearing)) * range);
     const float north = float(cos(PRJ_rad(bearing)) * range);
-    lon += float(east / (cos(PRJ_rad(lat)) * PRJ_KM_PER_DEGREE));
-    lat += float(north / PRJ_KM_PER_DEGREE);
+    lon = float(lon + east / (cos(PRJ_rad(lat)) * PRJ_KM_PER_DEGREE));
+    lat = float(lat + north / PRJ_KM_PER_DEGREE);
     return PRJ_latlon_to_xy(lat, lon, xo, yo);
 }
 

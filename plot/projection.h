@@ -7,11 +7,7 @@
 #pragma once
 
 #include "plot/domain.h"
-
-constexpr float PRJ_EARTH_RADIUS = 63.7122f;         // hundreds of kilometres
-constexpr double PRJ_KM_PER_DEGREE = 111.195;        // of latitude
-constexpr double PRJ_RADIANS = 0.017453292519943334; // one degree
-constexpr double PRJ_DEGREES = 57.295779513082195;   // one radian
+#include "plot/earth.h"
 
 /* Makes domain current and computes its window.  The copy gets the centre for a missing origin.
  * Null unsets the projection and returns -1, else 0. */

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "plot/domain.h"
-#include "plot/projection.h"
+#include "plot/earth.h"
 
 #include <cmath>
 

@@ -13,6 +13,7 @@
 namespace {
 constexpr size_t kMostTags = 10;
 constexpr size_t kLineLength = 249; // characters
+constexpr size_t kNoText = 1000000; // a line as long as this is no line of a text
 constexpr const char *kBlanks = " \t\n\v\f\r";
 constexpr const char *kNames[] = {"qra.cfg", ".qradef", "Qra.res"}; // of the file in a directory
 
@@ -146,12 +147,16 @@ bool read_line(std::string *line) {
     line->clear();
     size_t length = 0;
     int c;
-    while ((c = getc(def.file)) != EOF && c != '\n')
-        if (c != '\0' && length++ < kLineLength)
+    while ((c = getc(def.file)) != EOF && c != '\n' && length < kNoText)
+        if (length++ < kLineLength && c != '\0')
             *line += char(c);
+    if (length >= kNoText) {
+        MSG_print(MSG_WARN, "DEF_get: file is no text\n");
+        return false;
+    }
     STR_strip_cr(line->data());
     line->resize(strlen(line->c_str()));
-    if (length > kLineLength && line->front() != '#')
+    if (length > kLineLength && !line->starts_with('#'))
         MSG_print(MSG_WARN, "DEF_get: line cut to %zu characters: %s\n", kLineLength,
                   line->c_str());
     return c != EOF || length > 0;

@@ -82,7 +82,7 @@ constexpr size_t RES_COPY_SIZE = 256;
  * of value itself), char[RES_COPY_SIZE] (OPT_COPY), std::string (OPT_PATH, with a closing slash;
  * empty for "none"), or what a registered converter says.
  * Returns 0 without a value or a dest that the type needs, and where no converter is registered;
- * else 1, or what the registered converter returns.  A text that does not fit its type leaves
+ * else 1, or what the registered converter returns.  A text that the type cannot begin with leaves
  * *dest alone and is no failure. */
 int RES_convert(const char *value, void *dest, int type);
 

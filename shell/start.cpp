@@ -45,7 +45,7 @@ Keyed take_keyed(const char *text, const char *next) {
     return keyed;
 }
 
-/* Options that act before any file is read, so that the table never sees them. */
+/* Options that act before any file is read.  Only a row of exactly that name takes them too. */
 bool is_name_key(const std::string &key) { return std::string("name").starts_with(key); }
 
 bool is_default_key(const std::string &key) {

@@ -170,7 +170,7 @@ TEST_F(CityTest, QueriesChooseRecords) {
         {"Lat<41.5", "AM"},
         {"Lon>-87.5:CN=US", "L"},
         {"Elev>204:P=1", "CM"},
-        {"Elev<0", "B"},
+        {"Elev<0", "LB"},
         {"WMO=08221", "M"},
         {"WMO=8221", ""},
         {"WMO>72534:WMO<80000", "L"},

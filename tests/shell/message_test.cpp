@@ -130,7 +130,7 @@ TEST(Message, PagesByTheLinesOfTheFormat) {
     fresh_shell();
     MSG_set_levels("out2,page,line=2");
     EXPECT_EQ(MSG_get_page_length(), 2);
-    const Typed keys("\n\n\n");
+    const Typed keys("\n\n\n\n\n");
     const auto three = [] {
         for (int i = 0; i < 3; i++)
             MSG_print(MSG_PRINT, "%s\n", "a\nb\nc");
@@ -140,19 +140,12 @@ TEST(Message, PagesByTheLinesOfTheFormat) {
               "a\nb\nc\nPress return to continue\n");
     PAR_set(PAR_BATCH, 1);
     EXPECT_EQ(output_of(three).find("Press"), std::string::npos);
-    MSG_set_levels("out2,line=0,nopage");
-    EXPECT_EQ(MSG_get_page_length(), 22);
-    fresh_shell();
-}
-
-TEST(Message, PauseLeavesByStderrOnlyForErrorAndWarning) {
-    fresh_shell();
-    const Typed keys("\n\n");
-    EXPECT_EQ(output_of([] { MSG_pause(MSG_ERROR, "wait"); }), "wait");
-    testing::internal::CaptureStderr();
+    PAR_set(PAR_BATCH, 0);
+    testing::internal::CaptureStderr(); // a pause leaves by it only for both levels at once
     MSG_pause(MSG_ERROR | MSG_WARN, "wait");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "wait");
-    MSG_set_page_mode(0);
-    EXPECT_EQ(output_of([] { MSG_pause(MSG_PRINT, "wait"); }), "");
+    EXPECT_EQ(output_of([] { MSG_pause(MSG_ERROR, "wait"); }), "wait");
+    MSG_set_levels("out2,line=0,nopage");
+    EXPECT_EQ(MSG_get_page_length(), 22);
     fresh_shell();
 }

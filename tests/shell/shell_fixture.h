@@ -8,15 +8,12 @@
 #include "shell/params.h"
 #include "shell/prompt.h"
 #include "shell/resource.h"
+#include "tests/support/input.h"
+#include "tests/support/scratch.h"
 
-#include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <string>
-#include <unistd.h>
 
 inline void fresh_shell() {
     MSG_reset();
@@ -26,27 +23,8 @@ inline void fresh_shell() {
     PAR_fill(MISSING);
 }
 
-/* Standard input holds text while this lives. */
-class Typed {
-  public:
-    explicit Typed(const std::string &text) : saved_(dup(STDIN_FILENO)), file_(tmpfile()) {
-        fwrite(text.data(), 1, text.size(), file_);
-        rewind(file_);
-        dup2(fileno(file_), STDIN_FILENO);
-        MSG_prompt_reset();
-    }
-    Typed(const Typed &) = delete;
-    ~Typed() {
-        MSG_prompt_reset();
-        dup2(saved_, STDIN_FILENO);
-        close(saved_);
-        fclose(file_);
-    }
-
-  private:
-    int saved_;
-    FILE *file_;
-};
+using Typed = TypedInput;
+using Folder = Scratch;
 
 /* A variable of the environment while this lives. */
 class Env {
@@ -57,30 +35,6 @@ class Env {
 
   private:
     const char *name_;
-};
-
-/* A folder that goes with its files. */
-class Folder {
-  public:
-    Folder() {
-        std::string name = testing::TempDir() + "shell_XXXXXX";
-        path_ = mkdtemp(name.data());
-    }
-    Folder(const Folder &) = delete;
-    ~Folder() { std::filesystem::remove_all(path_); }
-
-    std::string path(const std::string &name) const { return path_ + "/" + name; }
-    std::string write(const std::string &name, const std::string &text) const {
-        std::ofstream(path(name), std::ios::binary) << text;
-        return path(name);
-    }
-    std::string read(const std::string &name) const {
-        std::ifstream in(path(name), std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
-
-  private:
-    std::string path_;
 };
 
 /* Standard output of a call. */
