@@ -224,7 +224,7 @@ void compare_product(const std::string &path, const Json &facts) {
 
 TEST(RealSamples, AgreeWithTheFactsAboutThem) {
     const char *folder = getenv("RADAR_REAL_SAMPLES");
-    if (!folder)
+    if (!folder || !*folder)
         GTEST_SKIP() << "RADAR_REAL_SAMPLES names no folder of real products";
     const std::string base = std::string(folder) + "/";
     std::ifstream in(base + "facts.json");
