@@ -5,6 +5,7 @@
 #include "files/file_template.h"
 #include "plot/dump.h"
 #include "plot/plot_window.h"
+#include "shell/message.h"
 
 #include <string>
 
@@ -69,6 +70,8 @@ int FRAME_plot(const PlotSteps &steps, Domain *domain) {
         PLT_set_domain(domain);
     FILE_series_init(steps.time());
     const bool looping = FILE_series_count() != 0;
+    if (looping)
+        MSG_print(MSG_WARN, "FRAME_plot: Frames are not there yet, a series shares one page\n");
     std::string name;
     int drawn = 0;
     for (int frame = 0; FILE_series_next(&name); frame++) {

@@ -1,6 +1,5 @@
 #include "decoders/nids_extra.h"
 
-#include "decoders/nids_cells.h"
 #include "decoders/nids_options.h"
 #include "decoders/nids_product.h"
 #include "decoders/nids_storm.h"
@@ -33,28 +32,34 @@ const char *default_color() { return gget_inverse() ? "black" : "white"; }
 
 /* Plot position under the current domain; false when there is none. */
 bool project(float a, float b, Point *out) {
+    *out = {MISSING_F, MISSING_F}; // a code without a formula stores nothing
     return PRJ_latlon_to_xy(a, b, &out->x, &out->y) && out->x != MISSING_F;
 }
 
-void draw_rings(const NidsSite &site) {
+void draw_rings(Point radar) {
     const NidsOptions *options = NIDS_options();
     if (options->ring[0] == 0.0f)
         return;
     for (const float ring : options->ring)
         if (ring != 0.0f)
-            MAP_range_ring(site.at.x, site.at.y, ring * kKmPerMile);
+            MAP_range_ring(radar.x, radar.y, ring * kKmPerMile);
 }
 
-void draw_marks(const NidsSite &site) {
+/* Marks at the radar, which stands elsewhere on the plot's projection than on the product's. */
+void draw_marks() {
     PlotAttr attr;
     ATTR_from_resource("color_data", default_color(), &attr);
     GPH_set_line(&attr);
     GPH_set_marker(1.0f, &attr);
     CONT_clear_levels();
     gset_marker_type(2);
+    const Domain &domain = NIDS_product()->domain;
+    Point radar;
+    if (!project(domain.clat, domain.clon, &radar))
+        return;
     if (NIDS_options()->site)
-        GPH_mark(site.at.x, site.at.y);
-    draw_rings(site);
+        GPH_mark(radar.x, radar.y);
+    draw_rings(radar);
 }
 
 /* The graphic block is drawn on a plane of 512 units. */
@@ -80,7 +85,7 @@ void take_variables() {
     for (int i = 0; i < variables.count; i++) {
         if (names(variables[i], "table"))
             NIDS_options()->graph = 1;
-        else if (*variables[i])
+        else if (*variables[i] && !names(variables[i], "watch")) // which has its message already
             MSG_print(MSG_WARN, "NIDS_draw_extra: Plotting of %s is not there yet\n", variables[i]);
     }
 }
@@ -155,7 +160,7 @@ bool NIDS_set_text(float base_height) {
 
 void NIDS_draw_vector(const NidsVector &vector, float up) {
     Point line[2];
-    if (DRAW_get(DRAW_SUM) && project(vector.x1, vector.y1 + up, &line[0]) &&
+    if (project(vector.x1, vector.y1 + up, &line[0]) &&
         project(vector.x2, vector.y2 + up, &line[1]))
         gpolyline(2, line);
 }
@@ -181,15 +186,14 @@ int NIDS_draw_extra() {
     if (!DRAW_get(DRAW_DATA))
         return -1;
     PLT_message("NIDS Extra");
-    NidsSite site;
-    NIDS_find_site(&site);
-    draw_marks(site);
+    draw_marks();
+    Domain plot;
+    PRJ_get_domain(&plot);
     set_panel();
     gset_char_fixed(1.0f);
     take_variables();
-    NIDS_set_line();
     read_graphic(NIDS_file());
     gset_char_fixed(0.0f);
-    PLT_set_domain(&site.plot);
+    PLT_set_domain(&plot);
     return 0;
 }

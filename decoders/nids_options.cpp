@@ -10,8 +10,8 @@ namespace {
 NidsOptions options;
 
 constexpr int kClutterBins = 25;
-constexpr float kFirstRing = 100.0f; // nautical miles
-constexpr size_t kMaxBins = 100000;  // no radial has as many
+constexpr float kFirstRing = 100.0f;   // nautical miles
+constexpr float kMostBins = 100000.0f; // no radial has as many
 
 /* The text behind a keyword and one separator; "" when there is none. */
 const char *value_of(const char *word, size_t length) {
@@ -33,8 +33,10 @@ void set_clutter(const char *word) {
     const float bins = strtof(value, nullptr);
     if (!*value)
         options.clutter = kClutterBins;
-    else if (bins >= 0.0f && bins < float(kMaxBins))
-        options.clutter = int(bins);
+    else if (bins < kMostBins)
+        options.clutter = bins > 0.0f ? int(bins) : 0;
+    else
+        options.clutter = int(kMostBins);
 }
 
 /* match: leading characters compared; 0 compares the whole word.  The first row that fits acts. */

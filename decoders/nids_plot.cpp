@@ -25,7 +25,8 @@ void draw_vectors(FILE *file) {
     NIDS_set_line();
     NidsVector vector;
     while (NIDS_next_vector(file, &vector) > 0)
-        NIDS_draw_vector(vector, 0.0f);
+        if (DRAW_get(DRAW_SUM))
+            NIDS_draw_vector(vector, 0.0f);
 }
 
 void draw_winds(FILE *file) {

@@ -21,7 +21,7 @@ constexpr int kLeft = 1, kCentre = 2, kRight = 3;    // text alignments, across
 constexpr int kCapital = 2, kHalf = 3, kBase = 4;    // and upright
 constexpr float kSeamStep = 50.0f;                   // a longer step in x goes across the seam
 constexpr float kParallelStep = 2.5f;                // degrees
-constexpr double kMostSegments = 5e7;                // a grid of them takes seconds
+constexpr double kMostSegments = 4e5;                // some 50 MB of document
 constexpr int kMostRepeats = 1000;                   // labels along one line
 constexpr double kMostLines = 1000;                  // along an axis
 constexpr float kDrop = 0.01f;                       // from the plot to the values of an axis
@@ -70,15 +70,16 @@ GridStep make_step(Point a, Point b) {
 }
 
 /* Draws a line of the grid over places that a function gives, from 0 on, until it returns false;
- * and hands each segment to another. */
+ * and hands each segment to another.  Only a line along a parallel can go across the seam. */
 template <class Place, class Label>
-void draw_steps(Place place, Label label) {
+void draw_steps(Place place, Label label, bool along_parallel) {
     Point last, next;
     float lat, lon;
     bool has_last = place(0, &lat, &lon) && project(lat, lon, &last);
     for (int i = 1; place(i, &lat, &lon); i++) {
         const bool has_next = project(lat, lon, &next);
-        const GridStep step = make_step(last, next);
+        const GridStep step =
+            along_parallel ? make_step(last, next) : GridStep{{{last, next}, {}}, 1};
         for (int k = 0; has_last && has_next && k < step.n; k++) {
             gpolyline(2, step.ends[k]);
             label(step.ends[k][0], step.ends[k][1]);
@@ -149,7 +150,8 @@ void draw_parallel(const MapGrid &grid, float lat) {
         *at_lon = i == 0 ? -180.0f : -175.0f + float(i - 1) * kParallelStep;
         return *at_lon <= 180.0f;
     };
-    draw_steps(place, [&](Point a, Point b) { label_parallel(grid, a, b, text); });
+    draw_steps(
+        place, [&](Point a, Point b) { label_parallel(grid, a, b, text); }, true);
     GPH_text_align(kCentre, kHalf);
     repeat_labels(-179.0f, 180.0f, grid.lon,
                   [&](float lon) { draw_inner_label(grid, lat, lon, text); });
@@ -186,7 +188,8 @@ void draw_meridian(const MapGrid &grid, float lon) {
         *at_lon = lon;
         return i == 0 || -end + float(i - 1) * grid.lat < end;
     };
-    draw_steps(place, [&](Point a, Point b) { label_meridian(grid, a, b, lon); });
+    draw_steps(
+        place, [&](Point a, Point b) { label_meridian(grid, a, b, lon); }, false);
     repeat_labels(-89.0f, std::nextafter(90.0f, 0.0f), grid.lat,
                   [&](float lat) { draw_inner_label(grid, lat, lon, lon_text(lon)); });
 }

@@ -100,8 +100,8 @@ void set_viewport(const char *value) {
 
 void set_bar(const char *value) {
     CONT_set_bar(kBarBelow);
-    float low, high;
-    if (sscanf(value, "%f:%f", &low, &high) == 2)
+    float low = MISSING_F, high = MISSING_F;
+    if (sscanf(value, "%f:%f", &low, &high) > 0)
         CONT_set_bar_range(high, low);
 }
 
