@@ -1,6 +1,7 @@
 #include "kernel/paper.h"
 
 #include "kernel/colors.h"
+#include "kernel/page_part.h"
 #include "kernel/state.h"
 #include "kernel/truncate.h"
 #include "shell/resource.h"
@@ -30,7 +31,6 @@ constexpr PaperSize kSizes[] = {
 
 constexpr float kMinPaper = 1.0f; // inches; half an inch is margin
 constexpr float kMaxPaper = 1000.0f;
-constexpr float kMaxTiles = 8.0f; // of a page, in one direction
 
 bool is_size(float inches) { return inches >= kMinPaper && inches <= kMaxPaper; }
 
@@ -44,24 +44,14 @@ const char *first_set(std::span<const char *const> variables) {
     return nullptr;
 }
 
-/* Part of the page: "WxH+X+Y" as fractions, or with W above 1 as a tiling, counted from the upper
- * left. */
 void place_fraction(const char *text) {
-    float w = 1.0f, h = 1.0f, x = 0.0f, y = 0.0f;
-    sscanf(text, "%fx%f+%f+%f", &w, &h, &x, &y);
-    if (w > 1.0f) {
-        w = std::clamp(w, 1.0f, kMaxTiles);
-        h = std::clamp(h, 1.0f, kMaxTiles);
-        x = x / w;
-        y = 1 - (y + 1) / h;
-        w = 1 / w;
-        h = 1 / h;
-    }
+    PagePart part;
+    gpage_part(text, &part);
     KernelState &kern = gstate();
-    kern.ws_x = gtrunc(float(kern.ws_width) * x);
-    kern.ws_y = gtrunc(float(kern.ws_height) * y);
-    kern.ws_width = gtrunc(float(kern.ws_width) * w);
-    kern.ws_height = gtrunc(float(kern.ws_height) * h);
+    kern.ws_x = gtrunc(float(kern.ws_width) * part.x);
+    kern.ws_y = gtrunc(float(kern.ws_height) * part.y);
+    kern.ws_width = gtrunc(float(kern.ws_width) * part.w);
+    kern.ws_height = gtrunc(float(kern.ws_height) * part.h);
 }
 
 /* Size and offset in pixels of a screen, or either. */

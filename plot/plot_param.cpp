@@ -5,6 +5,7 @@
 #include "kernel/colors.h"
 #include "kernel/device_ps.h"
 #include "kernel/gph.h"
+#include "kernel/page_part.h"
 #include "kernel/redraw_store.h"
 #include "plot/city_cache.h"
 #include "plot/domain.h"
@@ -27,12 +28,11 @@
 namespace {
 PlotParams params;
 
-constexpr int kBarBelow = 2;       // state of the colour bar
-constexpr int kNoBar = -2;         //
-constexpr int kShadow = 4;         // pixels
-constexpr int kMostShadow = 100;   //
-constexpr int kMaxBad = 5;         // records
-constexpr float kMostTiles = 8.0f; // of the page, in one direction
+constexpr int kBarBelow = 2;     // state of the colour bar
+constexpr int kNoBar = -2;       //
+constexpr int kShadow = 4;       // pixels
+constexpr int kMostShadow = 100; //
+constexpr int kMaxBad = 5;       // records
 
 /* A whole number; 0 without one. */
 int number_of(const char *value) {
@@ -77,25 +77,17 @@ void set_offset(const char *value) {
         CONT_set_offset(x, n >= 2 ? y : x);
 }
 
-/* "WxH+X+Y", all four: fractions of the page; or, with W above 1, tiles, counted from the upper
- * left. */
+/* Part of the page, all four numbers of it. */
 void set_viewport(const char *value) {
-    float w, h, x, y;
-    if (sscanf(value, "%fx%f+%f+%f", &w, &h, &x, &y) != 4)
+    PagePart part;
+    if (gpage_part(value, &part) != 4)
         return;
-    if (w > 1.0f) {
-        w = std::clamp(w, 1.0f, kMostTiles);
-        h = std::clamp(h, 1.0f, kMostTiles);
-        x = x / w;
-        y = 1 - (y + 1) / h;
-        w = 1 / w;
-        h = 1 / h;
-    }
-    if (!(w > 0.0f && h > 0.0f && std::isfinite(h) && std::isfinite(x) && std::isfinite(y))) {
+    if (!(part.w > 0.0f && part.h > 0.0f && std::isfinite(part.h) && std::isfinite(part.x) &&
+          std::isfinite(part.y))) {
         MSG_print(MSG_WARN, "PLT_param: No room on the page: vp_size=%s\n", value);
         return;
     }
-    GPH_set_area(w, h, x, y);
+    GPH_set_area(part.w, part.h, part.x, part.y);
 }
 
 void set_bar(const char *value) {
