@@ -71,17 +71,6 @@ TEST(Defaults, DirectivesSwitchSettings) {
     EXPECT_EQ(settings("a 1\nEND\nb 2\n"), "b=2;") << "an open if goes on in the next file";
 }
 
-TEST(Defaults, TenTagsAreHeld) {
-    fresh_shell();
-    MSG_set_levels("none");
-    for (int i = 0; i < 10; i++)
-        EXPECT_EQ(DEF_define(("tag" + std::to_string(i)).c_str()), 0);
-    EXPECT_EQ(DEF_define("more"), -1);
-    EXPECT_EQ(settings("DEF more\nIF more\na 1\nEND\nIF tag9\nb 1\nEND\n"), "b=1;");
-    DEF_clear_defines();
-    EXPECT_EQ(DEF_define("more"), 0);
-}
-
 TEST(Defaults, ADirectoryGivesItsFirstFile) {
     const Folder folder;
     EXPECT_EQ(DEF_open(folder.path("").c_str()), -1);

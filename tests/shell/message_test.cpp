@@ -33,35 +33,6 @@ TEST(Message, LevelWordsSetTheMask) {
     }
 }
 
-TEST(Message, NumericCodesSetTheMask) {
-    const struct {
-        const char *why;
-        int code;
-        bool after_explicit;
-        uint32_t mask;
-        int count;
-    } cases[] = {
-        {"0 sets with the fill", 0, false, 0x7ff, 1},
-        {"10 sets and is not explicit", 10, true, 0x7ff, 1},
-        {"20 sets when nothing was explicit", 20, false, 0x7ff, 0},
-        {"20 loses to an explicit setting", 20, true, 0x3f, 1},
-        {"1 adds", 1, true, 0x43f, 2},
-        {"21 loses", 21, true, 0x3f, 1},
-        {"-1 removes and counts as explicit", -1, false, 0xffbff, 1},
-        {"9 removes", 9, false, 0xffbff, 0},
-        {"another code changes nothing", 5, false, 0xfffff, 0},
-    };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.why);
-        MSG_reset();
-        if (c.after_explicit)
-            MSG_set_levels("error");
-        MSG_set_mask(c.code, 0x400);
-        EXPECT_EQ(MSG_get_mask(), c.mask);
-        EXPECT_EQ(MSG_explicit_count(), c.count);
-    }
-}
-
 struct Streams {
     int result;
     std::string out, err;

@@ -48,19 +48,6 @@ TEST(Strings, ChangesInPlace) {
     }
 }
 
-TEST(Strings, TestsAndComparesText) {
-    EXPECT_EQ(STR_casecmp("Abc", "aBC"), 0);
-    EXPECT_NE(STR_casecmp("abc", "abcd"), 0);
-    EXPECT_EQ(STR_casecmp(nullptr, "a"), 1);
-    EXPECT_EQ(STR_ncasecmp("ABx", "aby", 2), 0);
-    EXPECT_EQ(STR_ncasecmp("a", nullptr, 0), 1);
-    for (const char *yes : {"0", "-5", "00123456789012345678901"})
-        EXPECT_EQ(STR_is_integer(yes), 1) << yes;
-    for (const char *no : {"", "-", "--5", "+5", "5.", " 5", "5a"})
-        EXPECT_EQ(STR_is_integer(no), 0) << no;
-    EXPECT_EQ(STR_is_integer(nullptr), 0);
-}
-
 TEST(Strings, FormatsSignificantDigits) {
     const struct {
         float value;
