@@ -2,6 +2,7 @@
 
 #include "shell/resource.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 
@@ -33,10 +34,10 @@ void set_clutter(const char *word) {
     const float bins = strtof(value, nullptr);
     if (!*value)
         options.clutter = kClutterBins;
-    else if (bins < kMostBins)
-        options.clutter = bins > 0.0f ? int(bins) : 0;
+    else if (!(bins > 0.0f)) // no number among it
+        options.clutter = 0;
     else
-        options.clutter = int(kMostBins);
+        options.clutter = int(fminf(bins, kMostBins));
 }
 
 /* match: leading characters compared; 0 compares the whole word.  The first row that fits acts. */

@@ -33,18 +33,18 @@ struct NidsInput {
 
 /* What came out of a product. */
 struct NidsCount {
-    long calls = 0; // of the readers
     int packets = 0, radials = 0, rows = 0, vectors = 0, winds = 0, texts = 0, pages = 0;
     long runs = 0;
     double cells = 0.0;  // under all runs
     double values = 0.0; // of all runs
     std::string text;    // all texts, a bar behind each
+
+    long items() const { return runs + packets + radials + rows + vectors + winds + pages; }
 };
 
 inline void NIDS_count_runs(FILE *file, NidsCount *count) {
     NidsRun run;
-    for (; NIDS_next_run(file, &run) > 0; count->calls++) {
-        count->runs++;
+    for (; NIDS_next_run(file, &run) > 0; count->runs++) {
         count->cells += double(run.count);
         count->values += double(run.value);
     }
@@ -52,50 +52,34 @@ inline void NIDS_count_runs(FILE *file, NidsCount *count) {
 
 /* The items of one packet whose head is read. */
 inline void NIDS_count_packet(FILE *file, unsigned code, NidsCount *count) {
-    count->packets++;
     float start, delta;
     NidsVector vector;
     NidsWind wind;
     NidsText text;
-    switch (code) {
-    case NIDS_RADIAL:
-    case NIDS_DIGITAL_RADIAL:
-        for (; NIDS_next_radial(file, &start, &delta) > 0; count->radials++, count->calls++)
+    count->packets++;
+    if (code == NIDS_RADIAL || code == NIDS_DIGITAL_RADIAL)
+        for (; NIDS_next_radial(file, &start, &delta) > 0; count->radials++)
             NIDS_count_runs(file, count);
-        break;
-    case NIDS_RASTER:
-    case NIDS_PRECIP_ARRAY:
-        for (; NIDS_next_row(file) > 0; count->rows++, count->calls++)
+    if (code == NIDS_RASTER || code == NIDS_PRECIP_ARRAY)
+        for (; NIDS_next_row(file) > 0; count->rows++)
             NIDS_count_runs(file, count);
-        break;
-    case NIDS_VECTOR:
-    case NIDS_VECTOR_VALUE:
-        for (; NIDS_next_vector(file, &vector) > 0; count->calls++)
+    if (code == NIDS_VECTOR || code == NIDS_VECTOR_VALUE)
+        while (NIDS_next_vector(file, &vector) > 0)
             count->vectors++;
-        break;
-    case NIDS_WIND:
-        for (; NIDS_next_wind(file, &wind) > 0; count->calls++)
+    if (code == NIDS_WIND)
+        while (NIDS_next_wind(file, &wind) > 0)
             count->winds++;
-        break;
-    case NIDS_TEXT:
-    case NIDS_TEXT8:
-        if (NIDS_read_text(file, &text) < 1)
-            break;
+    if ((code == NIDS_TEXT || code == NIDS_TEXT8) && NIDS_read_text(file, &text) > 0) {
         count->texts++;
         count->text += std::string(text.text) + "|";
-        break;
-    default: // skipped by its head
-        break;
     }
 }
 
-/* The first packet, whose head the product decode has read, and all that follow. */
-inline void NIDS_count_packets(FILE *file, unsigned first, NidsCount *count) {
-    unsigned code = first;
-    do {
+/* The first packet, whose head is read, and all that follow. */
+inline void NIDS_count_packets(FILE *file, unsigned code, NidsCount *count) {
+    do
         NIDS_count_packet(file, code, count);
-        count->calls++;
-    } while (NIDS_read_packet(file, &code) > 0);
+    while (NIDS_read_packet(file, &code) > 0);
 }
 
 /* A product and its graphic block, to the end. */
@@ -105,7 +89,7 @@ inline NidsCount NIDS_count_product(FILE *file) {
     if (NIDS_read_graphic(file) < 1)
         return count;
     unsigned code;
-    for (; NIDS_read_page(file) > 0; count.pages++, count.calls++)
+    for (; NIDS_read_page(file) > 0; count.pages++)
         if (NIDS_read_packet(file, &code) > 0)
             NIDS_count_packets(file, code, &count);
     return count;

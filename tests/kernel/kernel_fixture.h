@@ -15,9 +15,7 @@
 
 #include <cstdlib>
 #include <gtest/gtest.h>
-#include <map>
 #include <string>
-#include <vector>
 
 /* A variable of the environment while this lives. */
 struct Env {
@@ -27,33 +25,18 @@ struct Env {
     ~Env() { unsetenv(name); }
 };
 
-using Glyphs = std::map<int, std::vector<int>>; // pairs of a character, moves with 128 in x
-
-/* A font file without names. */
-inline std::string font_text(const Glyphs &glyphs) {
-    std::string strokes = "255";
-    std::vector<int> start(256, -1);
-    int at = 1;
-    for (const auto &[code, pairs] : glyphs) {
-        start[size_t(code)] = at;
-        for (int value : pairs)
-            strokes += " " + std::to_string(value);
-        strokes += " 255\n";
-        at += int(pairs.size()) + 1;
-    }
-    std::string text = strokes + " 254\n";
-    for (int offset : start)
-        text += std::to_string(offset) + " ";
+/* The end of a font file in which one character has a glyph, at a place of the strokes. */
+inline std::string font_offsets(char code, int place) {
+    std::string text;
+    for (int i = 0; i < 256; i++)
+        text += i == code ? " " + std::to_string(place) : " -1";
     return text;
 }
 
-/* "L" has one stroke of three points; "=" has two of two; both are 105 units high at most. */
-inline const Glyphs kSmallFont = {
-    {'L', {128, 140, 0, 35, 70, 35}},
-    {'=', {128, 70, 50, 70, 128, 100, 50, 100}},
-};
-
-constexpr const char *kColors = "black 0 0 0\nwhite 1 1 1\nred 1 0 0\ngreen 0 1 0\nblue 0 0 1\n";
+/* A font file of one glyph: the text of its pairs, 128 added to x for a pen that is up. */
+inline std::string font_text(char code, const std::string &pairs) {
+    return "255 " + pairs + " 255 254" + font_offsets(code, 1);
+}
 
 struct KernelTest : testing::Test {
     Scratch scratch;
@@ -68,8 +51,9 @@ struct KernelTest : testing::Test {
         RES_set_converter(OPT_DEVICE, gdevice_convert);
         gregister_devices();
         RES_set("file_path", scratch.dir.c_str());
-        scratch.write("modern.fnt", font_text(kSmallFont));
-        scratch.write("qra.clr", kColors);
+        // One stroke of three points and one of two.
+        scratch.write("modern.fnt", font_text('L', "128 140 0 35 70 35 128 100 50 100"));
+        scratch.write("qra.clr", "black 0 0 0\nwhite 1 1 1\nred 1 0 0\ngreen 0 1 0\nblue 0 0 1\n");
         MSG_set_levels("warn"); // no word of files that are made
     }
     ~KernelTest() override { fresh(); }
@@ -79,12 +63,15 @@ struct KernelTest : testing::Test {
         COLOR_reset();
     }
 
-    /* Opens a page on a.ps, with the words of the device text behind it. */
-    void open_ps(const std::string &words = "") {
-        RES_set("device", ("p," + scratch.path("a.ps") + "," + words).c_str());
-        float margins[4] = {0.0f, 0.0f, 0.0f, 0.0f};
+    /* Opens a page with the text of the device resource. */
+    void open(const std::string &text) {
+        RES_set("device", text.c_str());
+        float margins[4] = {};
         GPH_open(0.0f, &ws, &device, margins);
     }
+
+    /* Opens a page on a.ps, with the words of the device text behind it. */
+    void open_ps(const std::string &words = "") { open("p," + scratch.path("a.ps") + "," + words); }
 
     /* Opens a lying letter page whose world is points, and forgets what it wrote so far. */
     void open_points(const std::string &words = "") {
@@ -95,31 +82,42 @@ struct KernelTest : testing::Test {
         gmessage(ws, "scene");
     }
 
-    /* Closes the page and gives what it wrote behind open_points. */
-    std::string scene() {
+    /* Closes the page and gives what it wrote. */
+    std::string document() {
         GPH_end(ws);
-        const std::string text = scratch.read("a.ps");
-        const std::string mark = "%%Message: scene\n";
-        const size_t begin = text.find(mark);
-        const size_t end = text.rfind("%%End of plot\n");
-        if (begin == std::string::npos || end == std::string::npos)
-            return "no scene in: " + text;
-        return text.substr(begin + mark.size(), end - begin - mark.size());
+        return scratch.read("a.ps");
+    }
+
+    /* The same behind open_points, with "; " for each line end. */
+    std::string scene() {
+        const std::string text = document(), mark = "%%Message: scene\n";
+        const size_t begin = text.find(mark) + mark.size(), end = text.rfind("%%End of plot\n");
+        std::string lines;
+        for (size_t i = begin; i < end; i++)
+            lines += text[i] == '\n' ? "; " : text.substr(i, 1);
+        return lines;
+    }
+
+    static PlotAttr style(const char *text) {
+        PlotAttr attr;
+        ATTR_parse(text, &attr);
+        return attr;
     }
 };
 
-/* What a call writes to standard error. */
+/* What a call writes to standard output, and then what to standard error. */
 template <class Call>
-std::string errors_of(Call call) {
+std::string said_by(Call call) {
+    testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
     call();
-    return testing::internal::GetCapturedStderr();
+    const std::string output = testing::internal::GetCapturedStdout();
+    return output + testing::internal::GetCapturedStderr();
 }
 
-/* What a call writes to standard output. */
-template <class Call>
-std::string output_of(Call call) {
-    testing::internal::CaptureStdout();
-    call();
-    return testing::internal::GetCapturedStdout();
+inline std::string rect_text(const float rect[4]) {
+    char text[100];
+    snprintf(text, sizeof text, "%.3f %.3f %.3f %.3f", double(rect[0]), double(rect[1]),
+             double(rect[2]), double(rect[3]));
+    return text;
 }

@@ -1,4 +1,4 @@
-/* What the tests of the page share: fresh state, and a device that keeps what is drawn on it, in
+/* What the tests of this folder share: fresh state, and a device that keeps what is drawn on it, in
  * the coordinates of the transform it was drawn in. */
 #pragma once
 
@@ -11,6 +11,7 @@
 #include "kernel/transform.h"
 #include "kernel/workstation.h"
 #include "plot/city_cache.h"
+#include "plot/domain_input.h"
 #include "plot/dump.h"
 #include "plot/labels.h"
 #include "plot/levels.h"
@@ -20,13 +21,16 @@
 #include "plot/plot_param.h"
 #include "plot/plot_window.h"
 #include "plot/projection.h"
+#include "plot/region.h"
 #include "shell/draw_list.h"
 #include "shell/message.h"
 #include "shell/params.h"
 #include "shell/resource.h"
 #include "tests/support/scratch.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -56,12 +60,35 @@ struct Drawn {
                 found.push_back(line);
         return found;
     }
-    /* All texts in their order, with a stroke between two. */
-    std::string words() const {
+
+    /* All texts in their order; with parts also their anchors, in such parts of a unit, and their
+     * alignments: "EQ@-93,0 13|20N@-93,20 13". */
+    std::string words(float parts = 0.0f) const {
         std::string all;
-        for (const DrawnText &text : texts)
+        for (const DrawnText &text : texts) {
             all += (all.empty() ? "" : "|") + text.text;
+            if (parts > 0.0f)
+                all += "@" + point(text.at, parts) + " " +
+                       std::to_string(text.align_h * 10 + text.align_v);
+        }
         return all;
+    }
+
+    /* Lines and areas by their points: "[10,0 12,1]", an area in braces. */
+    std::string shapes(float parts) const {
+        std::string all;
+        for (const DrawnLine &line : lines) {
+            std::string points;
+            for (const Point &p : line.points)
+                points += (points.empty() ? "" : " ") + point(p, parts);
+            all += line.filled ? "{" + points + "}" : "[" + points + "]";
+        }
+        return all;
+    }
+
+    static std::string point(Point p, float parts) {
+        return std::to_string(std::lround(p.x * parts)) + "," +
+               std::to_string(std::lround(p.y * parts));
     }
 };
 inline Drawn drawn;
@@ -79,32 +106,28 @@ inline int page_open_device(const char *) {
     return 0;
 }
 
+inline void page_keep_line(int n, const Point *points, int color, int type, bool filled) {
+    drawn.lines.push_back({{points, points + n}, page_transform(), color, type, filled});
+}
+
+inline void page_keep_text(Point at, const char *text) {
+    const TextState &state = gstate().text;
+    drawn.texts.push_back({at, text, page_transform(), state.align_h, state.align_v, state.height});
+}
+
 inline const Device kKeepingDevice = {
     .name = "keeping",
     .open = page_open_device,
     .message = [](const char *text) { drawn.notes.push_back(text); },
     .polyline =
         [](int n, const Point *points) {
-            drawn.lines.push_back({{points, points + n},
-                                   page_transform(),
-                                   gstate().line.color,
-                                   gstate().line.type,
-                                   false});
+            page_keep_line(n, points, gstate().line.color, gstate().line.type, false);
         },
     .fill =
         [](int n, const Point *points) {
-            drawn.lines.push_back({{points, points + n},
-                                   page_transform(),
-                                   gstate().fill.color,
-                                   gstate().fill.style,
-                                   true});
+            page_keep_line(n, points, gstate().fill.color, gstate().fill.style, true);
         },
-    .text_begin =
-        [](Point at, const char *text) {
-            const TextState &state = gstate().text;
-            drawn.texts.push_back(
-                {at, text, page_transform(), state.align_h, state.align_v, state.height});
-        },
+    .text_begin = page_keep_text,
 };
 
 inline void page_fresh() {
@@ -123,7 +146,9 @@ inline void page_fresh() {
     PLT_param_reset();
     PLT_reset();
     PRJ_reset();
+    REG_reset();
     DOM_reset();
+    DOM_set_ask(1);
     PAR_fill(MISSING);
     RES_reset();
     MSG_reset();
@@ -135,40 +160,42 @@ inline void page_fresh() {
 inline Domain page_latlon(float lat, float lon, float height) {
     Domain d;
     d.proj = PROJ_LATLON;
-    d.plat = 0.0f;
-    d.plon = 0.0f;
+    d.plat = d.plon = 0.0f;
     d.clat = lat;
     d.clon = lon;
-    d.nx = 3;
-    d.ny = 3;
+    d.nx = d.ny = 3;
     d.dx = height;
     d.dy = height / 2;
     return d;
 }
 
-struct PageTest : testing::Test {
+/* Fresh state, and a folder that is searched for data. */
+struct PlotTest : testing::Test {
     Scratch scratch;
 
-    PageTest() {
+    PlotTest() {
         page_fresh();
+        RES_set("file_path", scratch.dir.c_str());
+    }
+    ~PlotTest() override { page_fresh(); }
+};
+
+/* And the keeping device. */
+struct PageTest : PlotTest {
+    PageTest() {
         gregister_devices();
         gset_device(WS_META, &kKeepingDevice);
-        RES_set("file_path", scratch.dir.c_str());
         RES_set("device", "m");
         std::string font = "255 254"; // no glyph at all
         for (int code = 0; code < 256; code++)
             font += " -1";
         scratch.write("modern.fnt", font);
-        scratch.write("qra.clr",
-                      "black 0 0 0\nwhite 1 1 1\nred 1 0 0\ngreen 0 1 0\nblue 0 0 1\nmagenta 1 0 "
-                      "1\n");
+        scratch.write("qra.clr", "black 0 0 0\nwhite 1 1 1\nred 1 0 0\ngreen 0 1 0\nblue 0 0 1\n"
+                                 "magenta 1 0 1\n");
         COLOR_read_table(nullptr);
         MSG_set_levels("warn");
     }
-    ~PageTest() override {
-        page_fresh();
-        gset_device(WS_META, nullptr);
-    }
+    ~PageTest() override { gset_device(WS_META, nullptr); }
 
     /* Opens the page and forgets what that drew. */
     void open(const Domain &domain) {
@@ -176,13 +203,32 @@ struct PageTest : testing::Test {
         PLT_set_domain(&domain);
         drawn = Drawn{};
     }
+
     void open_page() { open(page_latlon(40.0f, -100.0f, 40.0f)); }
 };
 
-/* What a call writes to standard error. */
+/* What a call writes to standard error and to standard output. */
 template <class Call>
 std::string page_errors_of(Call call) {
     testing::internal::CaptureStderr();
     call();
     return testing::internal::GetCapturedStderr();
+}
+
+template <class Call>
+std::string page_output_of(Call call) {
+    testing::internal::CaptureStdout();
+    call();
+    return testing::internal::GetCapturedStdout();
+}
+
+/* Values with blanks between them, "M" for a missing one. */
+template <class... Values>
+std::string page_list(const Values &...values) {
+    std::ostringstream out;
+    ((out << " " << values), ...);
+    std::string text = out.str().substr(1);
+    for (size_t at = text.find("-9999"); at != text.npos; at = text.find("-9999"))
+        text.replace(at, 5, "M");
+    return text;
 }
