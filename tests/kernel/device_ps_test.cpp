@@ -5,8 +5,8 @@
 #include "kernel/primitives.h"
 #include "tests/kernel/kernel_fixture.h"
 
+#include <cstring>
 #include <filesystem>
-#include <regex>
 #include <sstream>
 
 namespace {
@@ -131,8 +131,8 @@ TEST_F(PostScript, EachInkIsWrittenOnce) {
          "%%PL:2; 13.2 dot lw; %%PL:2; 8 dot lw; %%PL:2; 17 dot lw; 1 setgray; "
          "%%PL:2; .7 setgray; %%PL:2; 13.2 dot lw; 0 setgray; "},
     };
-    const std::regex paths("np; 0.00 0.00 mv; |1.00 1.00 ln; stroke; |"
-                           "1.00 0.00 ln; 0.00 1.00 ln; cp; |fill; ");
+    const char *const paths[] = {"np; 0.00 0.00 mv; ", "1.00 1.00 ln; stroke; ",
+                                 "1.00 0.00 ln; 0.00 1.00 ln; cp; ", "fill; "};
     for (const auto &c : cases) {
         SCOPED_TRACE(c.why);
         fresh();
@@ -148,7 +148,11 @@ TEST_F(PostScript, EachInkIsWrittenOnce) {
             gset_fill_colr_ind(color);
             what == 'P' ? GPH_line(0, 0, 1, 1) : gfill_area(3, kTriangle);
         }
-        EXPECT_EQ(std::regex_replace(scene(), paths, ""), c.want);
+        std::string changes = scene();
+        for (const char *path : paths)
+            for (size_t at; (at = changes.find(path)) != std::string::npos;)
+                changes.erase(at, strlen(path));
+        EXPECT_EQ(changes, c.want);
     }
 }
 

@@ -1,6 +1,6 @@
 #include "tests/kernel/kernel_fixture.h"
 
-#include <regex>
+#include <sstream>
 
 namespace {
 struct Attributes : KernelTest {
@@ -10,8 +10,12 @@ struct Attributes : KernelTest {
     }
     /* The lines of a record but for what is missing. */
     static std::string shown(const PlotAttr &attr) {
-        const std::string text = said_by([&] { ATTR_print(&attr); });
-        return std::regex_replace(text, std::regex("\\w+: +-9999.*\n"), "");
+        std::istringstream text(said_by([&] { ATTR_print(&attr); }));
+        std::string kept, line;
+        while (std::getline(text, line))
+            if (line.find("-9999") == std::string::npos)
+                kept += line + "\n";
+        return kept;
     }
 };
 } // namespace
