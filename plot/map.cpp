@@ -10,6 +10,7 @@
 #include "plot/page_state.h"
 #include "plot/plot_window.h"
 #include "plot/projection.h"
+#include "plot/station_file.h"
 #include "shell/draw_list.h"
 #include "shell/message.h"
 #include "shell/resource.h"
@@ -198,6 +199,12 @@ int draw_file(const char *spec) {
     return attr.color != -1 ? 0 : -1;
 }
 
+int draw_stations(const char *spec) {
+    constexpr size_t kPrefix = 3;
+    PLT_message("Map-rawfile: %s", spec + kPrefix);
+    return PLOT_file(spec + kPrefix, 0);
+}
+
 int not_there(const char *what, const char *spec) {
     MSG_print(MSG_WARN, "MAP_process: %s in map lists are not there yet: %s\n", what, spec);
     return -1;
@@ -212,7 +219,7 @@ constexpr MapKind kKinds[] = {
     {"im:", [](const char *spec) { return not_there("Images", spec); }},
     {"if:", [](const char *spec) { return not_there("Page images", spec); }},
     {"mf:", [](const char *spec) { return not_there("Metafiles", spec); }},
-    {"rf:", [](const char *spec) { return not_there("Station files", spec); }},
+    {"rf:", draw_stations},
     {"lalo", draw_lalo},
 };
 
