@@ -1,4 +1,5 @@
-/* Writes the shipped sample products: write_samples FOLDER */
+/* Writes the shipped samples of radar data: write_samples FOLDER */
+#include "tools/samples/level2_volumes.h"
 #include "tools/samples/nids_writer.h"
 #include "tools/samples/storm.h"
 
@@ -112,6 +113,15 @@ SampleProduct velocity() {
     return product;
 }
 
+const std::vector<SampleStorm> kStorms = {
+    {"A0", 317, 24, true, true, 90, 100, 2.75, 71, 68, 21.4, 47.8, 229, 28},
+    {"C3", 270, 46, false, true, 60, 90, 1.25, 52, 61, 18.2, 41.5, 251, 36},
+    {"F1", 241, 50, false, false, 40, 70, 0.75, 44, 58, 15.9, 38.1, 254, 38},
+    {"H2", 223, 67, false, false, 20, 50, 0.5, 35, 56, 14.4, 35.6, 256, 37},
+    {"K5", 296, 56, false, false, 10, 40, 0.25, 28, 54, 13.1, 33.0, 250, 35},
+    {"P7", 40, 59, false, false, 0, 0, 0.0, 8, 41, 9.6, 24.3, 235, 24},
+};
+
 SampleProduct composite() {
     SampleProduct product;
     product.code = 37;
@@ -122,16 +132,29 @@ SampleProduct composite() {
     const std::vector<LevelRow> rows =
         square(464, 1.0, [](double x, double y) { return dbz_level(STORM_column_dbz(x, y)); });
     product.symbology = SMP_symbology({SMP_raster(0xBA07, rows)});
-    product.graphic = SMP_storm_block(
-        StormTable::Columns,
-        {
-            {"A0", 317, 24, true, true, 90, 100, 2.75, 71, 68, 21.4, 47.8, 229, 28},
-            {"C3", 270, 46, false, true, 60, 90, 1.25, 52, 61, 18.2, 41.5, 251, 36},
-            {"F1", 241, 50, false, false, 40, 70, 0.75, 44, 58, 15.9, 38.1, 254, 38},
-            {"H2", 223, 67, false, false, 20, 50, 0.5, 35, 56, 14.4, 35.6, 256, 37},
-            {"K5", 296, 56, false, false, 10, 40, 0.25, 28, 54, 13.1, 33.0, 250, 35},
-            {"P7", 40, 59, false, false, 0, 0, 0.0, 8, 41, 9.6, 24.3, 235, 24},
-        });
+    product.graphic = SMP_graphic(SMP_storm_pages(StormTable::Columns, kStorms));
+    return product;
+}
+
+/* A product of storms alone: the stronger half of the table in its older form, the rest in the
+ * newer. */
+SampleProduct storm_structure() {
+    const std::vector<SampleStorm> first(kStorms.begin(), kStorms.begin() + 3);
+    const std::vector<SampleStorm> rest(kStorms.begin() + 3, kStorms.end());
+    std::vector<std::string> pages = SMP_storm_pages(StormTable::Words, first);
+    for (const std::string &page : SMP_storm_pages(StormTable::Columns, rest))
+        pages.push_back(page);
+    std::string names; // at each storm, quarters of a kilometre from the radar
+    for (const SampleStorm &storm : kStorms) {
+        const double azimuth = storm.azimuth * kPi / 180.0, range = storm.range * 1.852 * 4.0;
+        names += SMP_text(8, 0, int(range * std::sin(azimuth)), int(range * std::cos(azimuth)),
+                          storm.id);
+    }
+    SampleProduct product;
+    product.code = 62;
+    product.elevation_number = 0;
+    product.symbology = SMP_symbology({names});
+    product.graphic = SMP_graphic(pages);
     return product;
 }
 
@@ -177,11 +200,15 @@ const SampleFile kFiles[] = {
      }},
     {"n0v_tlx.nids", [] { return SMP_short_lead("N0VTLX") + SMP_message(velocity()); }},
     {"ncr_tlx.nids", [] { return SMP_short_lead("NCRTLX") + SMP_message(composite()); }},
+    {"nss_tlx.nids", [] { return SMP_short_lead("NSSTLX") + SMP_message(storm_structure()); }},
+    {"level2/KTLX/KTLX_20130520_2011", SMP_old_volume},
+    {"level2/KTLX/KTLX_20130520_2016", SMP_new_volume},
     {"dpa_tlx.nids",
      [] { return SMP_long_lead("DPATLX") + SMP_message(precip_array()) + SMP_trailer(); }},
 };
 
 bool write_file(const std::filesystem::path &path, const std::string &bytes) {
+    std::filesystem::create_directories(path.parent_path());
     std::ofstream out(path, std::ios::binary);
     out << bytes;
     out.close();

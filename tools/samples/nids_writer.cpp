@@ -1,31 +1,12 @@
 #include "tools/samples/nids_writer.h"
 
-#include <algorithm>
-#include <bzlib.h>
+#include "tools/samples/bytes.h"
+
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <zlib.h>
 
 namespace {
 constexpr size_t kDescriptionEnd = 120; // bytes from the message header
 constexpr int kPageRows = 4;            // storms on a page
-
-std::string half(int value) { return {char(value >> 8 & 0xff), char(value & 0xff)}; }
-
-std::string word(int value) { return half(value >> 16) + half(value); }
-
-std::string halves(std::initializer_list<int> values) {
-    std::string out;
-    for (const int value : values)
-        out += half(value);
-    return out;
-}
-
-[[noreturn]] void give_up(const char *what) {
-    fprintf(stderr, "%s failed\n", what);
-    abort();
-}
 
 /* Calls put(count, level) for each run of equal levels, at most longest cells. */
 template <typename Put>
@@ -63,21 +44,21 @@ std::string even(std::string bytes) {
 
 std::string radial_head(int code, const SampleRadials &data) {
     const int bins = data.radials.empty() ? 0 : int(data.radials[0].size());
-    return halves({code, data.first_bin, bins, 256, 280, data.scale, int(data.radials.size())});
+    return SMP_halves({code, data.first_bin, bins, 256, 280, data.scale, int(data.radials.size())});
 }
 
 std::string raster_head(unsigned code, size_t rows, int packing) {
-    return halves({int(code), 0x8000, 0x00C0, 0, 0, 1, 0, 1, 0, int(rows), packing});
+    return SMP_halves({int(code), 0x8000, 0x00C0, 0, 0, 1, 0, 1, 0, int(rows), packing});
 }
 
 std::string items(unsigned code, const std::string &body) {
-    return halves({int(code), int(body.size())}) + body;
+    return SMP_halves({int(code), int(body.size())}) + body;
 }
 
 std::string ends(const std::vector<SampleVector> &vectors) {
     std::string out;
     for (const SampleVector &v : vectors)
-        out += halves({v.x1, v.y1, v.x2, v.y2});
+        out += SMP_halves({v.x1, v.y1, v.x2, v.y2});
     return out;
 }
 
@@ -112,15 +93,15 @@ std::string table_page(const std::vector<std::string> &lines) {
 }
 
 std::string description(const SampleProduct &m, int symbology, int graphic) {
-    std::string out = half(-1) + word(m.latitude) + word(m.longitude);
-    out += halves({m.height, m.code, m.op_mode, 12, 100, 28, m.date}) + word(m.time);
-    out += half(m.date) + word(m.time + 35);
-    out += halves({m.p[1], m.p[2], m.elevation_number, m.p[3]});
+    std::string out = SMP_half(-1) + SMP_word(m.latitude) + SMP_word(m.longitude);
+    out += SMP_halves({m.height, m.code, m.op_mode, 12, 100, 28, m.date}) + SMP_word(m.time);
+    out += SMP_half(m.date) + SMP_word(m.time + 35);
+    out += SMP_halves({m.p[1], m.p[2], m.elevation_number, m.p[3]});
     for (const int level : m.levels)
-        out += half(level);
+        out += SMP_half(level);
     for (int i = 4; i <= 10; i++)
-        out += half(m.p[size_t(i)]);
-    return out + half(0) + word(symbology) + word(graphic) + word(0);
+        out += SMP_half(m.p[size_t(i)]);
+    return out + SMP_half(0) + SMP_word(symbology) + SMP_word(graphic) + SMP_word(0);
 }
 
 std::string message(const SampleProduct &m, const std::string &blocks) {
@@ -128,21 +109,9 @@ std::string message(const SampleProduct &m, const std::string &blocks) {
     // Offsets count halfwords.
     const int symbology = m.symbology.empty() ? 0 : int(kDescriptionEnd / 2);
     const int graphic = m.graphic.empty() ? 0 : int((kDescriptionEnd + m.symbology.size()) / 2);
-    std::string out = halves({m.code, m.date}) + word(m.time + 35);
-    out += word(int(kDescriptionEnd + blocks.size())) + halves({m.source, 0, present});
+    std::string out = SMP_halves({m.code, m.date}) + SMP_word(m.time + 35);
+    out += SMP_word(int(kDescriptionEnd + blocks.size())) + SMP_halves({m.source, 0, present});
     return out + description(m, symbology, graphic) + blocks;
-}
-
-std::string bzip2(std::string bytes) {
-    // Readers look for one block: room for all, also where runs of four grow by a byte.
-    const int hundred_thousands = std::min(9, int(bytes.size() / 79000) + 1);
-    unsigned size = unsigned(bytes.size() + bytes.size() / 100 + 600);
-    std::string out(size, '\0');
-    if (BZ2_bzBuffToBuffCompress(out.data(), &size, bytes.data(), unsigned(bytes.size()),
-                                 hundred_thousands, 0, 0) != BZ_OK)
-        give_up("bzip2");
-    out.resize(size);
-    return out;
 }
 
 std::string name_lines(const std::string &name) {
@@ -155,7 +124,7 @@ std::string SMP_radials(const SampleRadials &data) {
     int start = data.start;
     for (const LevelRow &radial : data.radials) {
         const std::string runs = even(nibble_runs(radial));
-        out += halves({int(runs.size() / 2), start % 3600, data.delta}) + runs;
+        out += SMP_halves({int(runs.size() / 2), start % 3600, data.delta}) + runs;
         start += data.delta;
     }
     return out;
@@ -165,7 +134,7 @@ std::string SMP_digital_radials(const SampleRadials &data) {
     std::string out = radial_head(0x10, data);
     int start = data.start;
     for (const LevelRow &radial : data.radials) {
-        out += halves({int(radial.size()), start % 3600, data.delta});
+        out += SMP_halves({int(radial.size()), start % 3600, data.delta});
         out.append(radial.begin(), radial.end());
         start += data.delta;
     }
@@ -176,7 +145,7 @@ std::string SMP_raster(unsigned code, const std::vector<LevelRow> &rows) {
     std::string out = raster_head(code, rows.size(), 2);
     for (const LevelRow &row : rows) {
         const std::string runs = even(nibble_runs(row));
-        out += half(int(runs.size())) + runs;
+        out += SMP_half(int(runs.size())) + runs;
     }
     return out;
 }
@@ -185,17 +154,17 @@ std::string SMP_packed_raster(const std::vector<LevelRow> &rows) {
     std::string out = raster_head(0xBA0F, rows.size(), 1);
     for (const LevelRow &row : rows) {
         const std::string runs = pair_runs(row);
-        out += half(int(runs.size())) + runs;
+        out += SMP_half(int(runs.size())) + runs;
     }
     return out;
 }
 
 std::string SMP_precip_array(const std::vector<LevelRow> &rows) {
     const int boxes = rows.empty() ? 0 : int(rows[0].size());
-    std::string out = halves({0x11, 0, 0, boxes, int(rows.size())});
+    std::string out = SMP_halves({0x11, 0, 0, boxes, int(rows.size())});
     for (const LevelRow &row : rows) {
         const std::string runs = pair_runs(row);
-        out += half(int(runs.size())) + runs;
+        out += SMP_half(int(runs.size())) + runs;
     }
     return out;
 }
@@ -205,18 +174,18 @@ std::string SMP_vectors(const std::vector<SampleVector> &vectors) {
 }
 
 std::string SMP_valued_vectors(int value, const std::vector<SampleVector> &vectors) {
-    return items(10, half(value) + ends(vectors));
+    return items(10, SMP_half(value) + ends(vectors));
 }
 
 std::string SMP_winds(const std::vector<SampleWind> &winds) {
     std::string body;
     for (const SampleWind &w : winds)
-        body += halves({w.value, w.x, w.y, w.direction, w.speed});
+        body += SMP_halves({w.value, w.x, w.y, w.direction, w.speed});
     return items(4, body);
 }
 
 std::string SMP_text(unsigned code, int value, int i, int j, const std::string &text) {
-    return items(code, halves({value, i, j}) + text);
+    return items(code, SMP_halves({value, i, j}) + text);
 }
 
 std::string SMP_opaque(unsigned code, const std::string &bytes) { return items(code, bytes); }
@@ -224,18 +193,20 @@ std::string SMP_opaque(unsigned code, const std::string &bytes) { return items(c
 std::string SMP_symbology(const std::vector<std::string> &layers) {
     std::string body;
     for (const std::string &layer : layers)
-        body += half(-1) + word(int(layer.size())) + layer;
-    return halves({-1, 1}) + word(int(body.size()) + 10) + half(int(layers.size())) + body;
+        body += SMP_half(-1) + SMP_word(int(layer.size())) + layer;
+    return SMP_halves({-1, 1}) + SMP_word(int(body.size()) + 10) + SMP_half(int(layers.size())) +
+           body;
 }
 
 std::string SMP_graphic(const std::vector<std::string> &pages) {
     std::string body;
     for (size_t i = 0; i < pages.size(); i++)
-        body += halves({int(i) + 1, int(pages[i].size())}) + pages[i];
-    return halves({-1, 2}) + word(int(body.size()) + 10) + half(int(pages.size())) + body;
+        body += SMP_halves({int(i) + 1, int(pages[i].size())}) + pages[i];
+    return SMP_halves({-1, 2}) + SMP_word(int(body.size()) + 10) + SMP_half(int(pages.size())) +
+           body;
 }
 
-std::string SMP_storm_block(StormTable form, const std::vector<SampleStorm> &storms) {
+std::vector<std::string> SMP_storm_pages(StormTable form, const std::vector<SampleStorm> &storms) {
     const bool words = form == StormTable::Words;
     const char *head =
         words ? " STM  AZ RAN  TVS  MESO HAIL DBZM HT  VLOW  TOP  FCST MVMT"
@@ -252,7 +223,7 @@ std::string SMP_storm_block(StormTable form, const std::vector<SampleStorm> &sto
     }
     if (!lines.empty())
         pages.push_back(table_page(lines));
-    return SMP_graphic(pages);
+    return pages;
 }
 
 std::string SMP_message(const SampleProduct &product) {
@@ -265,7 +236,7 @@ std::string SMP_bzip2_message(const SampleProduct &product) {
     packed.p[8] = 1; // how it is packed, and the size before that
     packed.p[9] = int(blocks.size() >> 16);
     packed.p[10] = int(blocks.size() & 0xffff);
-    return message(packed, bzip2(blocks));
+    return message(packed, SMP_bzip2(blocks));
 }
 
 std::string SMP_short_lead(const std::string &name) { return name_lines(name); }
@@ -276,22 +247,11 @@ std::string SMP_long_lead(const std::string &name) {
 
 std::string SMP_trailer() { return "\r\r\n\x03"; }
 
-std::string SMP_zlib(const std::string &bytes) {
-    uLongf size = compressBound(uLong(bytes.size()));
-    std::string out(size, '\0');
-    if (compress2(reinterpret_cast<Bytef *>(out.data()), &size,
-                  reinterpret_cast<const Bytef *>(bytes.data()), uLong(bytes.size()),
-                  Z_BEST_COMPRESSION) != Z_OK)
-        give_up("zlib");
-    out.resize(size);
-    return out;
-}
-
 std::string SMP_zlib_frames(const std::string &name, const std::string &message_bytes,
                             size_t frame) {
     // 24 bytes of circuit control, then the two lines of the lead once more.
     const std::string whole =
-        halves({0x400C, 0}) + std::string(20, '\0') + name_lines(name) + message_bytes;
+        SMP_halves({0x400C, 0}) + std::string(20, '\0') + name_lines(name) + message_bytes;
     std::string out;
     for (size_t at = 0; at < whole.size(); at += frame)
         out += SMP_zlib(whole.substr(at, frame));

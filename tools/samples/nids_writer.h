@@ -5,6 +5,8 @@
  */
 #pragma once
 
+#include "tools/samples/bytes.h"
+
 #include <array>
 #include <cstdint>
 #include <string>
@@ -65,7 +67,7 @@ struct SampleStorm {
     int direction, speed;
 };
 enum class StormTable { Words, Columns }; // the older form and the newer
-std::string SMP_storm_block(StormTable form, const std::vector<SampleStorm> &storms);
+std::vector<std::string> SMP_storm_pages(StormTable form, const std::vector<SampleStorm> &storms);
 
 /* Message header and description, and the blocks behind them; an empty block is left out. */
 struct SampleProduct {
@@ -96,4 +98,3 @@ std::string SMP_trailer();
 /* A message behind a text header of its own, in zlib streams of so many bytes each. */
 std::string SMP_zlib_frames(const std::string &name, const std::string &message,
                             size_t frame = 4000);
-std::string SMP_zlib(const std::string &bytes); // one stream
