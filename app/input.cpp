@@ -1,5 +1,7 @@
 #include "app/input.h"
 
+#include "decoders/level2_plot.h"
+#include "decoders/level2_reader.h"
 #include "decoders/nids_plot.h"
 #include "decoders/nids_product.h"
 #include "files/file_input.h"
@@ -104,14 +106,27 @@ void set_names(const InputWord &row, const char *item) {
         FILE_set_source(row.source);
 }
 
+/* What a domain text that cannot be read leaves must not be used: the data's own domain is. */
+void domain_or_own(Domain *domain) {
+    if (DOM_from_resources(domain, 3) == -1)
+        DOM_init(domain);
+}
+
 void take_nids() {
     NIDS_set_selector(FILE_get_suffix());
     NIDS_set_time(nullptr);
     Domain domain;
-    // What a domain text that cannot be read leaves must not be used: the product's own is.
-    if (DOM_from_resources(&domain, 3) == -1)
-        DOM_init(&domain);
+    domain_or_own(&domain);
     NIDS_plot(&domain);
+}
+
+void take_level2() {
+    LEV2_set_time(nullptr);
+    if (PAR_get(PAR_INPUT) == RAD_LEVEL2_COMPRESSED)
+        LEV2_set_compressed(1);
+    Domain domain;
+    domain_or_own(&domain);
+    LEV2_plot(&domain);
 }
 
 void want_suffix() { FILE_set_suffix_mode(1); }
@@ -133,8 +148,8 @@ struct Input {
 };
 constexpr Input kInputs[] = {
     {RAD_NIDS, "Enter the NIDS filename: ", want_suffix, take_nids},
-    {RAD_LEVEL2, "Enter the Level 2 filename: ", want_suffix, not_there_yet},
-    {RAD_LEVEL2_COMPRESSED, "Enter the Level 2 filename: ", want_suffix, not_there_yet},
+    {RAD_LEVEL2, "Enter the Level 2 filename: ", want_suffix, take_level2},
+    {RAD_LEVEL2_COMPRESSED, "Enter the Level 2 filename: ", want_suffix, take_level2},
     {RAD_RRWDS, "Enter the RRWDS filename: ", nothing, not_there_yet},
     {RAD_NOWRAD, "Enter the NOWRad filename: ", nothing, not_there_yet},
     {RAD_KAVRAD, "Enter the KAVRAD filename: ", nothing, not_there_yet},

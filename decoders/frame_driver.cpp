@@ -30,6 +30,7 @@ void adopt_domain(const PlotSteps &steps, Domain *domain) {
 void first_page(const PlotSteps &steps, Domain *domain) {
     steps.prepare();
     adopt_domain(steps, domain);
+    steps.opened();
     PLT_open(DOM_aspect(domain));
     PLT_set_zoom_handler(steps.plot);
     PLT_set_redraw_handler(steps.plot);
@@ -66,6 +67,7 @@ int FRAME_plot(const PlotSteps &steps, Domain *domain) {
         PLT_reopen(DOM_aspect(domain));
     else
         first_page(steps, domain);
+    steps.begin(domain);
     if (domain->proj != MISSING)
         PLT_set_domain(domain);
     FILE_series_init(steps.time());

@@ -13,13 +13,15 @@
 
 /* What differs between the inputs. */
 struct PlotSteps {
-    void (*prepare)();              // before the first page: options of the input
-    int (*open)(const char *name);  // one file: 1, or 0 after a message
-    void (*draw)();                 // one picture of the file now open
-    void (*close)();                //
-    const DateTime *(*time)();      // time the plot is asked for
-    const Domain *(*data_domain)(); // of the file opened last
-    PlotProc plot;                  // the entry itself: replots after a zoom
+    void (*prepare)();             // before the first page: options of the input
+    void (*opened)() = [] {};      // behind it, with the first file looked at: overlays
+    int (*open)(const char *name); // one file: 1, or 0 after a message
+    void (*draw)();                // one picture of the file now open
+    void (*close)();               //
+    void (*begin)(const Domain *domain) = [](const Domain *) {}; // of the plot, each page of it
+    const DateTime *(*time)();                                   // time the plot is asked for
+    const Domain *(*data_domain)();                              // of the file opened last
+    PlotProc plot; // the entry itself: replots after a zoom
 };
 
 /* Plots the series of files.  An unset domain takes the data's own.  A single file that cannot be

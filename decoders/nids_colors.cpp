@@ -1,7 +1,7 @@
 #include "decoders/nids_colors.h"
 
 #include "decoders/nids_record.h"
-#include "kernel/gph.h"
+#include "decoders/radar_colors.h"
 #include "plot/levels.h"
 #include "shell/resource.h"
 
@@ -22,9 +22,6 @@ constexpr const char *kStormVelocity =
 constexpr const char *kLiquid =
     "-100:off,0:blue,5:lblue,10:cyan,15:lcyan,20:green,25:lgreen,30:brown,35:yellow,40:red,45:lred,"
     "50:magenta,55:lmagenta,60:dgray,65:lgray,70:white";
-constexpr const char *kVelocity =
-    "-70:blue,-63:lblue,-49:cyan,-35:lcyan,-25:green,-19:lgreen,-9:dgray,0:off,1:lgray,10:yellow,"
-    "20:brown,26:lred,36:red,50:lmagenta,64:magenta";
 constexpr const char *kDifferential =
     "-7.0:blue,-6.3:lblue,-4.9:cyan,-3.5:lcyan,-2.5:green,-1.9:lgreen,-.9:dgray,0:off,.1:lgray,"
     "1.0:yellow,2.0:brown,2.6:lred,3.6:red,5.0:lmagenta,6.4:magenta";
@@ -60,9 +57,9 @@ constexpr ColorRow kColors[] = {
     {138, 138, Levels::Text, kRain},
     {55, 56, Levels::Text, kStormVelocity, true},
     {134, 135, Levels::Text, kLiquid},
-    {22, 27, Levels::Text, kVelocity, true},
-    {99, 99, Levels::Text, kVelocity, true},
-    {182, 182, Levels::Text, kVelocity, true},
+    {22, 27, Levels::Text, RADAR_VELOCITY_COLORS, true},
+    {99, 99, Levels::Text, RADAR_VELOCITY_COLORS, true},
+    {182, 182, Levels::Text, RADAR_VELOCITY_COLORS, true},
     {158, 159, Levels::Text, kDifferential},
     {170, 176, Levels::Text, kAccumulation},
     {165, 165, Levels::Text, kClasses},
@@ -71,13 +68,6 @@ constexpr ColorRow kColors[] = {
     {163, 163, Levels::Text, kCorrelation},
 };
 constexpr ColorRow kOthers = {0, 0, Levels::Threshold, kSixteen};
-
-struct ColorState {
-    bool inbound = false;          // values below the first level take its colour
-    float first_level = MISSING_F; // of the table
-    int fill = MISSING;            // pattern that replaces the rows' own
-};
-ColorState colors;
 
 const ColorRow &row_of(int code) {
     for (const ColorRow &row : kColors)
@@ -101,11 +91,6 @@ void set_steps() {
     CONT_set_range(16.0f, 0.0f);
 }
 
-/* Flags that stand for "below threshold" and the like, not for a wind. */
-bool is_flag(float value) {
-    return value == MISSING_F || value == -100.0f || value == -95.0f || value == -90.0f;
-}
-
 } // namespace
 
 void NIDS_choose_colors() {
@@ -117,22 +102,5 @@ void NIDS_choose_colors() {
         set_thresholds(product->thresholds);
     if (row.levels == Levels::Steps)
         set_steps();
-    CONT_set_mode(PLOT_FILLED);
-    CONT_set_fill_colors(row.colors, 0);
-    colors = ColorState{row.inbound, CONT_state()->levels[0], CONT_get_fill()};
+    RADAR_use_colors(row.colors, row.inbound);
 }
-
-bool NIDS_set_color(float value) {
-    if (colors.inbound && value < colors.first_level && !is_flag(value))
-        value = colors.first_level;
-    PlotAttr attr;
-    CONT_color_for_value(value, &attr);
-    if (attr.color == -1)
-        return false;
-    if (colors.fill != MISSING)
-        attr.fill = colors.fill;
-    GPH_set_fill(&attr);
-    return true;
-}
-
-void NIDS_colors_reset() { colors = ColorState{}; }

@@ -3,8 +3,3 @@
 
 /* Fills the level table for the product now open, unless the user's colours stand. */
 void NIDS_choose_colors();
-
-/* Makes the fill attribute of a value current.  False when the value is not drawn. */
-bool NIDS_set_color(float value);
-
-void NIDS_colors_reset();

@@ -3,32 +3,30 @@
 #include "decoders/nids_options.h"
 #include "decoders/nids_product.h"
 #include "decoders/nids_storm.h"
+#include "decoders/nids_storm_plot.h"
+#include "decoders/radar_marks.h"
+#include "decoders/watches.h"
 #include "kernel/attributes.h"
-#include "kernel/colors.h"
 #include "kernel/gph.h"
 #include "kernel/primitives.h"
 #include "kernel/text.h"
 #include "plot/levels.h"
-#include "plot/map.h"
 #include "plot/page_state.h"
 #include "plot/plot_window.h"
 #include "plot/projection.h"
+#include "plot/station_plot.h"
 #include "plot/wind_barb.h"
 #include "shell/draw_list.h"
-#include "shell/message.h"
 #include "shell/resource.h"
-
-#include <cstring>
+#include "shell/strings.h"
+#include "shell/variables.h"
 
 namespace {
 
-constexpr float kKmPerMile = 1.852f; // nautical
-constexpr float kPageStep = 50.0f;   // units of y between two graphic pages
-constexpr int kMaxPages = 1000;      // no product has as many
-constexpr float kPanelText = 7.0f;   // of the panel's 512 units
+constexpr float kPageStep = 50.0f; // units of y between two graphic pages
+constexpr int kMaxPages = 1000;    // no product has as many
+constexpr float kPanelText = 7.0f; // of the panel's 512 units
 constexpr float kBarbLength = 20.0f;
-
-const char *default_color() { return gget_inverse() ? "black" : "white"; }
 
 /* Plot position under the current domain; false when there is none. */
 bool project(float a, float b, Point *out) {
@@ -36,30 +34,26 @@ bool project(float a, float b, Point *out) {
     return PRJ_latlon_to_xy(a, b, &out->x, &out->y) && out->x != MISSING_F;
 }
 
-void draw_rings(Point radar) {
-    const NidsOptions *options = NIDS_options();
-    if (options->ring[0] == 0.0f)
-        return;
-    for (const float ring : options->ring)
-        if (ring != 0.0f)
-            MAP_range_ring(radar.x, radar.y, ring * kKmPerMile);
-}
-
-/* Marks at the radar, which stands elsewhere on the plot's projection than on the product's. */
-void draw_marks() {
+/* Marks at the radar, and the layer that storms are drawn with. */
+void begin_layer(float plot_scale) {
     PlotAttr attr;
-    ATTR_from_resource("color_data", default_color(), &attr);
+    RADAR_data_style(&attr);
     GPH_set_line(&attr);
     GPH_set_marker(1.0f, &attr);
     CONT_clear_levels();
     gset_marker_type(2);
-    const Domain &domain = NIDS_product()->domain;
-    Point radar;
-    if (!project(domain.clat, domain.clon, &radar))
-        return;
-    if (NIDS_options()->site)
-        GPH_mark(radar.x, radar.y);
-    draw_rings(radar);
+    PLOT_begin(plot_scale, &attr);
+    const Domain &product = NIDS_product()->domain;
+    RADAR_draw_marks(product, *NIDS_options());
+    NIDS_begin_storms(product, plot_scale);
+}
+
+/* True when the variable list holds that name. */
+bool lists(const char *name) {
+    for (int i = 0; i < VAR_count(); i++)
+        if (STR_casecmp(VAR_name(i), name) == 0)
+            return true;
+    return false;
 }
 
 /* The graphic block is drawn on a plane of 512 units. */
@@ -73,29 +67,33 @@ void set_panel() {
     PLT_set_domain(&panel);
 }
 
-/* Name of a variable entry, up to the first separator. */
-bool names(const char *entry, const char *name) {
-    const size_t n = strlen(name);
-    return STR_ncasecmp(entry, name, n) == 0 && (entry[n] == '\0' || entry[n] == ':');
+/* Loads the list of what the `variable` resource asks for. */
+void load_variables() {
+    VAR_clear();
+    const char *variable = RES_get("variable");
+    if (!variable || !*variable)
+        return;
+    VAR_open_file("nids.var");
+    VAR_parse(VAR_file(), variable);
+    if (lists("table"))
+        NIDS_options()->graph = 1;
 }
 
-/* Entries of the `variable` resource: "table" shows the graphic block. */
-void take_variables() {
-    const ResList variables("variable");
-    for (int i = 0; i < variables.count; i++) {
-        if (names(variables[i], "table"))
-            NIDS_options()->graph = 1;
-        else if (*variables[i] && !names(variables[i], "watch")) // which has its message already
-            MSG_print(MSG_WARN, "NIDS_draw_extra: Plotting of %s is not there yet\n", variables[i]);
-    }
+/* A row stands on the plot, not on the panel. */
+void draw_row(const StormRow &row, const Domain &plot) {
+    if (VAR_count() == 0)
+        return;
+    PLT_set_domain(&plot);
+    NIDS_draw_storm(row);
+    set_panel();
 }
 
-void draw_page_text(FILE *file, float up) {
+void draw_page_text(FILE *file, float up, const Domain &plot) {
     NidsText text;
     if (NIDS_read_text(file, &text) < 1)
         return;
     PlotAttr attr;
-    ATTR_from_resource("color_data", default_color(), &attr);
+    RADAR_data_style(&attr);
     GPH_set_text(kPanelText, &attr);
     GPH_set_line(&attr);
     GPH_set_fill(&attr);
@@ -105,10 +103,11 @@ void draw_page_text(FILE *file, float up) {
     if (NIDS_options()->graph)
         NIDS_draw_text(text, up);
     StormRow row;
-    NIDS_storm_text(text.text, &row);
+    if (NIDS_storm_text(text.text, &row))
+        draw_row(row, plot);
 }
 
-void read_page(FILE *file, float up) {
+void read_page(FILE *file, float up, const Domain &plot) {
     unsigned code = 0;
     NidsVector vector;
     NidsWind wind;
@@ -127,7 +126,7 @@ void read_page(FILE *file, float up) {
             break;
         case NIDS_TEXT:
         case NIDS_TEXT8:
-            draw_page_text(file, up);
+            draw_page_text(file, up, plot);
             break;
         default:
             break;
@@ -135,11 +134,11 @@ void read_page(FILE *file, float up) {
     }
 }
 
-void read_graphic(FILE *file) {
+void read_graphic(FILE *file, const Domain &plot) {
     if (NIDS_read_graphic(file) < 1)
         return;
     for (int page = 0; page < kMaxPages && NIDS_read_page(file) > 0; page++)
-        read_page(file, kPageStep * float(page));
+        read_page(file, kPageStep * float(page), plot);
 }
 
 } // namespace
@@ -152,7 +151,7 @@ void NIDS_set_line() {
 
 bool NIDS_set_text(float base_height) {
     PlotAttr attr;
-    ATTR_from_resource("color_data", default_color(), &attr);
+    RADAR_data_style(&attr);
     GPH_set_text(base_height, &attr);
     GPH_text_align(1, 2);
     return attr.color >= 0;
@@ -186,14 +185,18 @@ int NIDS_draw_extra() {
     if (!DRAW_get(DRAW_DATA))
         return -1;
     PLT_message("NIDS Extra");
-    draw_marks();
+    float plot_scale = 1.0f;
+    RES_get_value("plot_scale", &plot_scale, OPT_FLOAT);
+    begin_layer(plot_scale);
     Domain plot;
     PRJ_get_domain(&plot);
     set_panel();
     gset_char_fixed(1.0f);
-    take_variables();
-    read_graphic(NIDS_file());
+    load_variables();
+    read_graphic(NIDS_file(), plot);
     gset_char_fixed(0.0f);
     PLT_set_domain(&plot);
+    if (lists("watch"))
+        WATCH_draw();
     return 0;
 }

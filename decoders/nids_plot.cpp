@@ -7,8 +7,9 @@
 #include "decoders/nids_options.h"
 #include "decoders/nids_packets.h"
 #include "decoders/nids_product.h"
+#include "decoders/radar_colors.h"
+#include "decoders/watches.h"
 #include "kernel/gph.h"
-#include "plot/color_bar.h"
 #include "plot/labels.h"
 #include "plot/levels.h"
 #include "plot/map.h"
@@ -42,7 +43,7 @@ void draw_text(FILE *file) {
 }
 
 /* Draws the packet whose head was read last. */
-void draw_packet(unsigned code, const NidsSite &site) {
+void draw_packet(unsigned code, const RadarSite &site) {
     FILE *file = NIDS_file();
     switch (code) {
     case NIDS_RADIAL:
@@ -70,9 +71,6 @@ void draw_packet(unsigned code, const NidsSite &site) {
 }
 
 void prepare() {
-    const char *variable = RES_get("variable");
-    if (variable && STR_casecmp(variable, "watch") == 0)
-        MSG_print(MSG_WARN, "NIDS_plot: Watch boxes are not there yet\n");
     NIDS_parse_params();
     if (NIDS_options()->refresh)
         MSG_print(MSG_WARN, "NIDS_plot: Refreshing by a timer is not there yet\n");
@@ -80,10 +78,20 @@ void prepare() {
 
 const DateTime *plot_time() { return &NIDS_product()->plot_time; }
 
+/* Watches that are asked for are those in force at the plot's time, which a name without a date
+ * leaves to the product. */
+void find_overlays() {
+    const ResList variables("variable");
+    for (int i = 0; i < variables.count; i++)
+        if (STR_casecmp(variables[i], "watch") == 0)
+            WATCH_decode(plot_time());
+}
+
 const Domain *data_domain() { return &NIDS_product()->domain; }
 
 constexpr PlotSteps kNidsSteps = {
     .prepare = prepare,
+    .opened = find_overlays,
     .open = NIDS_open_file,
     .draw = NIDS_draw,
     .close = NIDS_close_file,
@@ -100,11 +108,7 @@ void NIDS_draw() {
     MAP_draw(1);
     NIDS_print_info();
     NIDS_draw_data();
-    if (CONT_get_bar() > 0) {
-        GPH_sel_tran(1);
-        CONT_bar(1, nullptr);
-        GPH_sel_tran(2);
-    }
+    RADAR_draw_bar();
     MAP_draw(6);
     NIDS_draw_extra();
     PLT_labels();
@@ -118,8 +122,8 @@ void NIDS_draw_data() {
     PLT_label_ur(product->time_text);
     PLT_set_label_time(&product->scan_time);
     CONT_param();
-    NidsSite site;
-    NIDS_find_site(&site);
+    RadarSite site;
+    RADAR_find_site(NIDS_product()->domain, &site);
     NIDS_choose_colors();
     PLT_message("NIDS Sum");
     // The first packet's head was read with the product.

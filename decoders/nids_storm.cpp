@@ -1,5 +1,7 @@
 #include "decoders/nids_storm.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -48,21 +50,52 @@ int meso_count(const char *token) {
     return count >= 1 ? count : 0;
 }
 
+/* Takes a number from the head of a text, behind blanks and a ">" that says "at least".  False,
+ * with the text left alone, when there is none. */
+bool take_number(const char **text, float *value) {
+    const char *from = *text + strspn(*text, " >");
+    char *end;
+    const float number = strtof(from, &end);
+    if (end == from || !std::isfinite(number))
+        return false;
+    *value = number;
+    *text = end;
+    return true;
+}
+
+/* Two numbers with a slash between them. */
+bool take_pair(const char *text, float *first, float *second, const char **end) {
+    if (!take_number(&text, first) || *text != '/' || !take_number(&++text, second))
+        return false;
+    *end = text;
+    return true;
+}
+
+int whole(float value) { return int(std::clamp(value, -9999.0f, 9999.0f)); }
+
 int parse_columns(const char *text, StormRow *row) {
     char tvs[20] = "", meso[20] = "";
-    const int n =
-        sscanf(text, "%19s %f/%f %19s %19s", row->id, &row->azimuth, &row->range, tvs, meso);
-    if (n < 4 || row->azimuth == MISSING_F)
+    const char *rest = "";
+    int used = 0;
+    if (sscanf(text, "%19s%n", row->id, &used) != 1 ||
+        !take_pair(text + used, &row->azimuth, &row->range, &rest) ||
+        sscanf(rest, "%19s %19s", tvs, meso) < 1 || row->azimuth == MISSING_F)
         return 0;
     row->tvs = is_word(tvs, "YES") || is_word(tvs, "TVS");
     row->meso = meso_count(meso);
-    sscanf(from_column(text, 26), "%9d/%9d", &row->posh, &row->poh);
-    sscanf(from_column(text, 35), "%f", &row->hail_size);
+    float posh = 0.0f, poh = 0.0f;
+    take_pair(from_column(text, 26), &posh, &poh, &rest);
+    row->posh = whole(posh);
+    row->poh = whole(poh);
+    const char *hail = from_column(text, 35);
+    take_number(&hail, &row->hail_size);
     if (*from_column(text, 34) == '<')
         row->hail_size = 0.25f;
-    sscanf(from_column(text, 42), "%f %f %f %f", &row->vil, &row->dbz_max, &row->dbz_height,
-           &row->top);
-    sscanf(from_column(text, 62), "%f/%f", &row->direction, &row->speed);
+    const char *column = from_column(text, 42);
+    for (float *value : {&row->vil, &row->dbz_max, &row->dbz_height, &row->top})
+        if (!take_number(&column, value))
+            break;
+    take_pair(from_column(text, 62), &row->direction, &row->speed, &rest);
     return 1;
 }
 

@@ -49,7 +49,8 @@ void draw_feather(const Shaft &shaft, int place, bool half) {
 } // namespace
 
 int WX_barb(float x, float y, float direction, float speed, float length, float start) {
-    if (direction == MISSING_F || speed == MISSING_F || speed == 0.0f || !std::isfinite(speed) ||
+    // A speed below 0, the missing one among them, is none.
+    if (direction == MISSING_F || !(speed > 0.0f) || !std::isfinite(speed) ||
         !std::isfinite(direction))
         return -1;
     gset_fill_int_style(1);

@@ -1,8 +1,10 @@
 /* What becomes of a product on the page: colours, cells, the storm table, and the text grid. */
 #include "decoders/nids_cells.h"
 #include "decoders/nids_colors.h"
+#include "decoders/nids_extra.h"
 #include "decoders/nids_options.h"
 #include "decoders/nids_storm.h"
+#include "decoders/radar_colors.h"
 #include "tests/decoders/nids_input.h"
 #include "tests/plot/page_fixture.h"
 #include "tools/samples/nids_writer.h"
@@ -13,12 +15,12 @@
 namespace {
 /* On a device that keeps the areas it is given. */
 struct NidsPlot : PageTest {
-    NidsSite site;
+    RadarSite site;
 
     NidsPlot() {
         const NidsInput fresh("");
         NIDS_options_reset();
-        NIDS_colors_reset();
+        RADAR_colors_reset();
         NIDS_storm_reset();
         scratch.write("qra.clr", "blue 0 0 0\nlblue 0 0 0\nlcyan 0 0 0\nred 0 0 0\nlred 0 0 0\n"
                                  "yellow 0 0 0\nbrown 0 0 0\nmagenta 0 0 0\ngreen 0 0 0\n"
@@ -39,7 +41,7 @@ struct NidsPlot : PageTest {
         Domain page = NIDS_product()->domain;
         page.nx = page.ny = 101;
         open(other ? *other : page);
-        NIDS_find_site(&site);
+        RADAR_find_site(NIDS_product()->domain, &site);
         NIDS_choose_colors();
         if (NIDS_product()->packet == NIDS_RADIAL)
             NIDS_draw_radials(NIDS_file(), site);
@@ -91,7 +93,7 @@ TEST_F(NidsPlot, EachProductHasItsColours) {
         std::istringstream values(c.values);
         std::string color;
         for (float value; values >> value >> color;)
-            EXPECT_EQ(NIDS_set_color(value) ? COLOR_name(gstate().fill.color) : "-", color)
+            EXPECT_EQ(RADAR_set_color(value) ? COLOR_name(gstate().fill.color) : "-", color)
                 << c.why << " " << value;
     }
 }
@@ -185,6 +187,8 @@ TEST_F(NidsPlot, StormTextsHaveTwoFormats) {
          "D3 317/24 1/0 90/100/2.75 71 68 21.4 0 47.8 229/28 strong"},
         {"    E4   17/  4 NONE 3       0/ 20< 0.50    11  48 10.4  17.8    NEW    ",
          "E4 17/4 0/3 0/20/0.25 11 48 10.4 0 17.8 -9999/-9999 strong"},
+        {"    M0 >309/  8 TVS    13   30/ 30/ 0.75    30  65 10.2 >18.1  226/>16  ",
+         "M0 309/8 1/13 30/30/0.75 30 65 10.2 0 18.1 226/16 strong"},
         {"    F5   17/  4 NONE", "F5 17/4 0/0 0/0/0 0 0 0 0 0 -9999/-9999"},
         {"    G6   17/  4", ""},
     };
@@ -198,5 +202,47 @@ TEST_F(NidsPlot, StormTextsHaveTwoFormats) {
                      double(r.ceiling), double(r.top), double(r.direction), double(r.speed),
                      NIDS_storm_is_strong(r) ? " strong" : "");
         EXPECT_STREQ(text, c.want) << c.text;
+    }
+}
+
+/* Three storms around the radar, the first two strong, in both forms of the table.  The radar
+ * stands at 0,-6145 in hundredths of the plot's unit, and 100 km are 118 of them. */
+TEST_F(NidsPlot, StormsStandOnTheMap) {
+    const std::vector<SampleStorm> storms = {
+        {"A0", 90, 54, true, true, 90, 100, 2.75, 71, 68, 21.4, 47.8, 270, 54},
+        {"B1", 180, 27, false, false, 60, 70, 0.0, 0, 61, 18.2, 41.5, 180, 27},
+        {"C2", 270, 27, false, false, 0, 0, 0.25, 44, 50, 15.9, 30.1, 0, 0}};
+    const struct {
+        StormTable form;
+        const char *variable, *words, *want; // texts and their places in kilometres
+    } cases[] = {
+        {StormTable::Columns, "id", "", "A0@118,-6144 23|B1@0,-6204 23|C2@-59,-6145 23"},
+        {StormTable::Words, "id", "", "A0@118,-6144 23|B1@0,-6204 23|C2@-59,-6145 23"},
+        {StormTable::Columns, "id", "strong", "A0@118,-6144 23|B1@0,-6204 23"},
+        {StormTable::Columns, "id", "numplt=1", "A0@118,-6144 23"},
+        {StormTable::Columns, "top::value:cl:fm=%.1f", "numplt=1", "47.8@112,-6144 33"},
+        {StormTable::Columns, "posh::text", "", "*@118,-6144 23|X@0,-6204 23"},
+        {StormTable::Columns, "hsize::value:cc:fm=%.2f", "", "2.75@118,-6144 23|0.25@-59,-6145 23"},
+        {StormTable::Columns, "id,tvs::text", "",
+         "A0@118,-6144 23|TVS@118,-6144 23|B1@0,-6204 23|"
+         "C2@-59,-6145 23"},
+        {StormTable::Columns, "comp", "numplt=1", "A0@113,-6139 34|48@124,-6139 14"},
+    };
+    for (const auto &c : cases) {
+        NIDS_options_reset();
+        RES_set("variable", c.variable);
+        RES_set("plot_param", c.words);
+        NIDS_parse_params();
+        SampleProduct product;
+        product.symbology = SMP_symbology({SMP_text(8, 0, 0, 0, "")});
+        product.graphic = SMP_graphic(SMP_storm_pages(c.form, storms));
+        ASSERT_EQ(NIDS_open_file(scratch.write("product", SMP_message(product)).c_str()), 1);
+        open(NIDS_product()->domain);
+        unsigned code;
+        while (NIDS_read_packet(NIDS_file(), &code) > 0) {
+        }
+        NIDS_draw_extra();
+        NIDS_close_file();
+        EXPECT_EQ(drawn.words(100.0f), c.want) << c.variable << " " << c.words;
     }
 }

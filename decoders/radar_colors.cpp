@@ -1,0 +1,51 @@
+#include "decoders/radar_colors.h"
+
+#include "kernel/gph.h"
+#include "plot/color_bar.h"
+#include "plot/levels.h"
+#include "shell/resource.h"
+
+namespace {
+
+struct ColorState {
+    bool inbound = false;          // values below the first level take its colour
+    float first_level = MISSING_F; // of the table
+    int fill = MISSING;            // pattern that replaces the rows' own
+};
+ColorState colors;
+
+/* Flags that stand for "below threshold" and the like, not for a wind. */
+bool is_flag(float value) {
+    return value == MISSING_F || value == -100.0f || value == -95.0f || value == -90.0f;
+}
+
+} // namespace
+
+void RADAR_use_colors(const char *text, bool inbound) {
+    CONT_set_mode(PLOT_FILLED);
+    CONT_set_fill_colors(text, 0);
+    colors = ColorState{inbound, CONT_state()->levels[0], CONT_get_fill()};
+}
+
+bool RADAR_set_color(float value) {
+    if (colors.inbound && value < colors.first_level && !is_flag(value))
+        value = colors.first_level;
+    PlotAttr attr;
+    CONT_color_for_value(value, &attr);
+    if (attr.color == -1)
+        return false;
+    if (colors.fill != MISSING)
+        attr.fill = colors.fill;
+    GPH_set_fill(&attr);
+    return true;
+}
+
+void RADAR_draw_bar() {
+    if (CONT_get_bar() <= 0)
+        return;
+    GPH_sel_tran(1);
+    CONT_bar(1, nullptr);
+    GPH_sel_tran(2);
+}
+
+void RADAR_colors_reset() { colors = ColorState{}; }

@@ -1,0 +1,19 @@
+/* Colours of radar values: a level table for a picture, and the fill of one value. */
+#pragma once
+
+/* Wind along the beam, as every velocity picture shows it. */
+constexpr const char *RADAR_VELOCITY_COLORS =
+    "-70:blue,-63:lblue,-49:cyan,-35:lcyan,-25:green,-19:lgreen,-9:dgray,0:off,1:lgray,10:yellow,"
+    "20:brown,26:lred,36:red,50:lmagenta,64:magenta";
+
+/* Fills the level table, unless the user's colours stand.  Levels that were set before stay when
+ * the text has none.  With inbound, values below the first level take its colour. */
+void RADAR_use_colors(const char *text, bool inbound);
+
+/* Makes the fill attribute of a value current.  False when the value is not drawn. */
+bool RADAR_set_color(float value);
+
+/* Draws the colour bar, when it is on, and selects transform 2. */
+void RADAR_draw_bar();
+
+void RADAR_colors_reset();

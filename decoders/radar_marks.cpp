@@ -1,0 +1,27 @@
+#include "decoders/radar_marks.h"
+
+#include "kernel/colors.h"
+#include "kernel/gph.h"
+#include "plot/map.h"
+#include "plot/projection.h"
+
+namespace {
+constexpr float kKmPerMile = 1.852f; // nautical
+} // namespace
+
+void RADAR_data_style(PlotAttr *attr) {
+    ATTR_from_resource("color_data", gget_inverse() ? "black" : "white", attr);
+}
+
+void RADAR_draw_marks(const Domain &product, const RadarOptions &options) {
+    Point radar = {MISSING_F, MISSING_F}; // a code without a formula stores nothing
+    if (!PRJ_latlon_to_xy(product.clat, product.clon, &radar.x, &radar.y) || radar.x == MISSING_F)
+        return;
+    if (options.site)
+        GPH_mark(radar.x, radar.y);
+    if (options.ring[0] == 0.0f)
+        return;
+    for (const float ring : options.ring)
+        if (ring != 0.0f)
+            MAP_range_ring(radar.x, radar.y, ring * kKmPerMile);
+}
