@@ -1,10 +1,10 @@
 #include "decoders/level2_reader.h"
 
 #include "decoders/level2_stream.h"
+#include "decoders/radar_spacing.h"
 #include "files/file_name.h"
 #include "plot/city.h"
 #include "plot/levels.h"
-#include "plot/projection.h"
 #include "shell/message.h"
 #include "shell/resource.h"
 
@@ -22,16 +22,15 @@
 namespace {
 constexpr uint32_t kTrace = MSG_DEBUG_C;
 constexpr uint32_t kTraceField = MSG_DEBUG_D;
-constexpr int kOtherSize = 2420;     // bytes of a message of any type but 31, whatever it says
-constexpr int kDataOffset = 16;      // pointers of a message count from here
-constexpr int kPointersOffset = 48;  // of message 31
-constexpr int kMostPointers = 32;    // radars send up to ten
-constexpr int kMomentCount = 3;      // Lev2Moment
-constexpr float kBelow = -100.0f;    // below threshold, and where there is no gate
-constexpr float kFolded = -90.0f;    // folded in range
-constexpr float kSpacing = 0.54f;    // nautical miles of a domain, 1 km
-constexpr double kKmPerMile = 1.852; // nautical
-constexpr float kMostRange = 1e6f;   // km of a domain
+constexpr int kOtherSize = 2420;    // bytes of a message of any type but 31, whatever it says
+constexpr int kDataOffset = 16;     // pointers of a message count from here
+constexpr int kPointersOffset = 48; // of message 31
+constexpr int kMostPointers = 32;   // radars send up to ten
+constexpr int kMomentCount = 3;     // Lev2Moment
+constexpr float kBelow = -100.0f;   // below threshold, and where there is no gate
+constexpr float kFolded = -90.0f;   // folded in range
+constexpr float kSpacing = 0.54f;   // nautical miles of a domain, 1 km
+constexpr float kMostRange = 1e6f;  // km of a domain
 
 /* What a byte of a moment stands for: (byte - offset) / scale. */
 struct Scaling {
@@ -395,15 +394,6 @@ void take_time(const uint8_t bytes[8], Lev2Volume *volume) {
             volume->plot_time.*field = volume->start_time.*field;
 }
 
-/* Map scale at the radar, on a projection of its own. */
-float site_scale(float latitude, float longitude) {
-    const int saved = PRJ_get_code();
-    PRJ_set_code(PROJ_POLAR);
-    const float factor = PRJ_map_factor(latitude, longitude);
-    PRJ_set_code(saved);
-    return std::isfinite(factor) ? factor : 1.0f; // the other pole has none
-}
-
 /* Values of all bytes of a moment.  Without a scaling there are none. */
 void tabulate(const Scaling &scaling) {
     float *const values = reader.values;
@@ -508,8 +498,7 @@ void LEV2_domain(float latitude, float longitude, float range, Domain *domain) {
     domain->plon = domain->clon = longitude;
     domain->nx = int(3.0f * km + 1.0f);
     domain->ny = int(2.0f * km + 1.0f);
-    const float scale = site_scale(latitude, longitude);
-    domain->dx = domain->dy = float(double(scale * kSpacing) * kKmPerMile / 100.0);
+    domain->dx = domain->dy = RADAR_spacing(latitude, longitude, kSpacing);
 }
 
 void LEV2_reset() {

@@ -6,6 +6,7 @@
 #include "decoders/nids_tables.h"
 #include "decoders/nids_thresholds.h"
 #include "decoders/nids_time.h"
+#include "decoders/radar_spacing.h"
 #include "files/file_name.h"
 #include "files/stream.h"
 #include "plot/levels.h"
@@ -23,7 +24,6 @@
 namespace {
 constexpr uint32_t kTrace = MSG_DEBUG_C;
 constexpr uint32_t kInfo = MSG_OUT1;
-constexpr double kKmPerMile = 1.852;         // nautical
 constexpr float kUsualSpacing = 0.54f;       // nautical miles, 1 km
 constexpr float kUsualRange = 248.0f;        // nautical miles
 constexpr int kUsualSize = 460;              // cells of a side
@@ -198,15 +198,6 @@ float guess_spacing(unsigned packet) {
     return kUsualSpacing;
 }
 
-/* Map scale at the centre of a site's own projection. */
-float site_scale(const Domain &domain) {
-    const int saved = PRJ_get_code();
-    PRJ_set_code(PROJ_POLAR);
-    const float factor = PRJ_map_factor(domain.clat, domain.clon);
-    PRJ_set_code(saved);
-    return std::isfinite(factor) ? factor : 1.0f; // the other pole has none
-}
-
 void set_wind_profile(Domain *domain) {
     domain->proj = PROJ_PIXEL;
     domain->clat = domain->clon = 0.0f;
@@ -227,8 +218,7 @@ void set_site(float miles, Domain *domain) {
     domain->plon = domain->clon;
     domain->nx = domain->ny * 3 / 2 + 1;
     domain->ny++;
-    const float scale = site_scale(*domain);
-    domain->dx = domain->dy = float(double(scale * miles) * kKmPerMile / 100.0);
+    domain->dx = domain->dy = RADAR_spacing(domain->clat, domain->clon, miles);
 }
 
 void set_mosaic(float spacing, Domain *domain) {
@@ -261,7 +251,7 @@ void set_domain(const NidsHeader &header, NidsProduct *product) {
     else if (!mosaic)
         set_site(miles, domain);
     else
-        set_mosaic(spacing == MISSING_F ? float(miles * kKmPerMile) : spacing, domain);
+        set_mosaic(spacing == MISSING_F ? float(miles * RADAR_KM_PER_MILE) : spacing, domain);
 }
 
 /* Elevation and values; what a code says nothing of stays. */

@@ -1,13 +1,10 @@
 #include "decoders/radar_marks.h"
 
+#include "decoders/radar_spacing.h"
 #include "kernel/colors.h"
 #include "kernel/gph.h"
 #include "plot/map.h"
 #include "plot/projection.h"
-
-namespace {
-constexpr float kKmPerMile = 1.852f; // nautical
-} // namespace
 
 void RADAR_data_style(PlotAttr *attr) {
     ATTR_from_resource("color_data", gget_inverse() ? "black" : "white", attr);
@@ -23,5 +20,5 @@ void RADAR_draw_marks(const Domain &product, const RadarOptions &options) {
         return;
     for (const float ring : options.ring)
         if (ring != 0.0f)
-            MAP_range_ring(radar.x, radar.y, ring * kKmPerMile);
+            MAP_range_ring(radar.x, radar.y, ring * float(RADAR_KM_PER_MILE));
 }
