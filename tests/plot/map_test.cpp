@@ -2,16 +2,14 @@
 #include "tests/plot/page_fixture.h"
 
 #include <bit>
-#include <random>
 
 namespace {
 struct MapTest : PageTest {
     /* A map of one line for each digit of a name, at that latitude; a plot in the tropics, from 20
      * south to 30 north. */
     MapTest() {
-        for (const char *name : {"1", "2", "3", "4"})
-            scratch.write(name, std::string("2 0 0 0 0 0\n") + name + " -100\n" + name + " -99\n" +
-                                    "0 0 0 0 0 0\n");
+        for (const std::string name : {"1", "2", "3", "4"})
+            scratch.write(name, "2 0 0 0 0 0\n" + name + " -100\n" + name + " -99\n");
         open(page_latlon(5.0f, -100.0f, 40.0f));
     }
 
@@ -72,7 +70,7 @@ std::string read_map(const std::string &bytes, bool fill = false) {
 std::string draw_equator(int proj, const std::vector<float> &longitudes) {
     Domain domain = page_latlon(0.0f, 0.0f, 2000.0f);
     domain.proj = proj;
-    go_to(domain);
+    PLT_set_domain(&domain);
     LatLon points;
     for (float lon : longitudes)
         points.push_back({0.0f, lon});
@@ -80,7 +78,7 @@ std::string draw_equator(int proj, const std::vector<float> &longitudes) {
 }
 } // namespace
 
-TEST_F(MapTest, GatesOpenOneBranch) {
+TEST_F(MapTest, GatesMarksAndConditions) {
     scratch.write("list", "[80,90,0,9]\n1 [0,10,-130,-60,50]\n2\n[] 3\n");
     for (const auto &[list, expected] : {
              std::pair{"[0,10,-130,-60,50],1,[],2", "1"},
@@ -93,17 +91,14 @@ TEST_F(MapTest, GatesOpenOneBranch) {
              {"[80,1,[],2", "1"}, // nor before another
              {"[nan,nan,nan,nan],1,[],2", "2"},
              {"fi:list,4", "2"}, // the chain of a list file goes on behind it
+             {"s+40:1,s+40.1:2,S-40:3,s-39.9:4", "13"}, // the plot is 40 high
+             {">40:1,>41:2,<39:3,<40:4", "14"},
+             {">30<50:1,>30<39:2,<50>30:3,<50>41:4", "13"},
+             {"s+30:s-50:1,s+30:s-35:2,s-50:s+45:3,<50:>30:4:red", "14"},
+             {"<50:>45:1,s+1,s+30:", ""},
          })
         EXPECT_EQ(maps(list), expected) << list;
-}
-
-TEST_F(MapTest, MarksAndConditions) {
     EXPECT_EQ(maps("-1,+2,3", 1) + "," + maps("-1,+2,3", 6) + "," + maps("-1,+2,3"), "1,23,3");
-    EXPECT_EQ(maps("s+40:1,s+40.1:2,S-40:3,s-39.9:4"), "13") << "the plot is 40 high";
-    EXPECT_EQ(maps(">40:1,>41:2,<39:3,<40:4"), "14");
-    EXPECT_EQ(maps(">30<50:1,>30<39:2,<50>30:3,<50>41:4"), "13");
-    EXPECT_EQ(maps("s+30:s-50:1,s+30:s-35:2,s-50:s+45:3,<50:>30:4:red"), "14");
-    EXPECT_EQ(maps("<50:>45:1,s+1,s+30:"), "");
     DRAW_set(DRAW_MAP, 0);
     MAP_set_grid(10.0f, 10.0f, 0, 0);
     EXPECT_EQ(maps("-1,+2,3", 7), "") << "neither maps nor grid";
@@ -144,67 +139,50 @@ TEST_F(MapTest, WhatIsNotThereIsToldOf) {
 }
 
 TEST_F(MapTest, TheFirstDomainChoosesTheDefault) {
-    const float kPlaces[][3] = {{40, -100, 40}, {25, -100, 40}, {80, -100, 5},
-                                {40, -65, 40},  {40, -160, 40}, {40, -100, 75}};
-    std::string all;
-    for (const auto &[lat, lon, height] : kPlaces) {
+    const Domain inland = page_latlon(40, -100, 40);
+    for (const Domain &place :
+         {inland, page_latlon(25, -100, 40), page_latlon(80, -100, 5), page_latlon(40, -65, 40),
+          page_latlon(40, -160, 40), page_latlon(40, -100, 75)}) {
         MAP_reset();
-        go_to(page_latlon(lat, lon, height));
+        go_to(place);
         const std::string errors = page_errors_of([] { MAP_draw(4); });
-        all += errors.find("qra.map") != errors.npos ? "country " : "world ";
-        go_to(page_latlon(40.0f, -100.0f, 40.0f));
+        EXPECT_EQ(errors.find("qra.map") != errors.npos, DOM_equal(&place, &inland) == 1);
+        go_to(inland);
         EXPECT_EQ(page_errors_of([] { MAP_draw(4); }), errors) << "the choice is kept";
     }
-    EXPECT_EQ(all, "country world world world world world ");
 }
 
 TEST_F(MapTest, FilesOfBothEncodings) {
     go_to(page_latlon(0.0f, 0.0f, 180.0f));
     const LatLon one = {{0, 10}, {1, 12}, {2, 14}}, two = {{5, -30}, {6, -31}};
+    const LatLon few(999, {0, 5}), more(1000, {0, 5}), most(32767, {0, 5});
     const LatLon broken = {{0, 10}, {1, 11}, {NAN, 12}, {0, INFINITY}, {3, 13}, {4, 14}};
     const std::string whole = binary_record(one), kOne = "[10,0 12,1 14,2]", kTwo = "[-30,5 -31,6]";
     for (const auto record : {text_record, binary_record}) {
         EXPECT_EQ(read_map(record(one) + record(two) + record({})), "0 " + kOne + kTwo);
-        EXPECT_EQ(read_map(record(one)), "-1 " + kOne);
         EXPECT_EQ(read_map(record({{0, 10}}) + record(two)), "-1 " + kTwo) << "one point";
-    }
-    EXPECT_EQ(read_map(text_record(one) + "\n \n"), "-1 " + kOne);
-    EXPECT_EQ(read_map(""), "-1 ");
-    EXPECT_EQ(read_map("3 0 0 0 0 0\n0 10\n1 12\n0"), "-1 [10,0 12,1]!") << "text that ends";
-    EXPECT_EQ(read_map(text_record(two) + "end\n"), "-1 " + kTwo + "!");
-    EXPECT_EQ(read_map("-3 0 0 0 0 0\n0 10\n0 12\n"), "-1 !") << "count";
-    EXPECT_EQ(read_map("32768 0 0 0 0 0\n0 10\n0 12\n"), "-1 !");
-    EXPECT_EQ(read_map(be(0xfffe, 2) + whole.substr(2)), "-1 !");
-    EXPECT_EQ(read_map(whole.substr(0, 43)), "-1 [10,0 12,1]!") << "in a point";
-    EXPECT_EQ(read_map(whole + std::string(21, '\0')), "-1 " + kOne + "!") << "in a header";
-    EXPECT_EQ(read_map(binary_record(broken)), "-1 [10,0 11,1][13,3 14,4]");
-    EXPECT_EQ(read_map("2 0 0 0 0 0\n0 1" + std::string(100000, '0')), "-1 !");
-    PRJ_set_code(PROJ_XY);
-    EXPECT_EQ(read_map(whole), "1 ");
-}
-
-TEST_F(MapTest, LongRecords) {
-    go_to(page_latlon(0.0f, 0.0f, 180.0f));
-    const LatLon few(999, {0.0f, 5.0f}), more(1000, {0.0f, 5.0f}), most(32767, {0.0f, 5.0f});
-    for (const auto record : {binary_record, text_record}) {
         read_map(record(few) + record(more) + record(most) + record(few), true);
         std::string counts;
         for (const DrawnLine &line : drawn.lines)
             counts += page_list(line.points.size(), line.points.back().x, line.filled, "");
         EXPECT_EQ(counts, "999 5 1 1000 5 1 32767 5 1 999 5 1 ");
     }
-}
-
-TEST_F(MapTest, HostileFilesEnd) {
-    std::mt19937 random(7);
-    const std::string good = binary_record({{0, 10}, {1, 170}, {2, -170}}) + text_record({{0, 1}});
-    for (int round = 0; round < 300; round++) {
-        std::string bytes = good;
-        for (int i = 0; i < 1 + round % 40; i++)
-            bytes[random() % bytes.size()] = char(random());
-        const std::string told = read_map(bytes.substr(random() % 8));
-        EXPECT_TRUE(told.starts_with("0 ") || told.starts_with("-1 ")) << told;
-    }
+    for (const auto &[bytes, expected] : {
+             std::pair{std::string(), std::string("-1 ")},
+             {text_record(one) + "\n \n", "-1 " + kOne},
+             {"3 0 0 0 0 0\n0 10\n1 12\n0", "-1 [10,0 12,1]!"}, // text that ends
+             {text_record(two) + "2 end\n", "-1 " + kTwo + "!"},
+             {"-3 0 0 0 0 0\n0 10\n0 12\n", "-1 !"}, // count
+             {"32768 0 0 0 0 0\n0 10\n0 12\n", "-1 !"},
+             {be(0xfffe, 2) + whole.substr(2), "-1 !"},
+             {whole.substr(0, 43), "-1 [10,0 12,1]!"},            // in a point
+             {whole + std::string(21, '\0'), "-1 " + kOne + "!"}, // in a header
+             {binary_record(broken), "-1 [10,0 11,1][13,3 14,4]"},
+             {"2 0 0 0 0 0\n0 1" + std::string(100000, '0'), "-1 !"},
+         })
+        EXPECT_EQ(read_map(bytes), expected);
+    PRJ_set_code(PROJ_XY);
+    EXPECT_EQ(read_map(whole), "1 ");
 }
 
 TEST_F(MapTest, LinesAcrossTheSeam) {
@@ -222,23 +200,17 @@ TEST_F(MapTest, LinesAcrossTheSeam) {
 
 TEST_F(MapTest, GridLabelsStandAtTheEdges) {
     go_to(page_latlon(5.0f, 5.0f, 100.0f)); // -95 to 105 east, -45 to 55 north, labels 2 inside
-    EXPECT_EQ(MAP_draw_grid(20.0f, 45.0f), 0);
-    EXPECT_EQ(drawn.words(1), "EQ@-93,0 13|20N@-93,20 13|40N@-93,40 13|20S@-93,-20 13|"
-                              "40S@-93,-40 13|PM@0,-43 24|45E@45,-43 24|90E@90,-43 24|"
-                              "45W@-45,-43 24|90W@-90,-43 24");
-    EXPECT_EQ(drawn.notes, std::vector<std::string>{"Map-lalo: 20.0,45.0"});
+    EXPECT_EQ(MAP_draw_grid(40.0f, 60.0f), 0);
+    EXPECT_EQ(drawn.words(1), "EQ@-93,0 13|40N@-93,40 13|40S@-93,-40 13|PM@0,-43 24|"
+                              "60E@60,-43 24|60W@-60,-43 24");
+    EXPECT_EQ(drawn.notes, std::vector<std::string>{"Map-lalo: 40.0,60.0"});
     Domain domain = page_latlon(0.0f, 169.0f, 180.0f);
     domain.plon = 169.0f; // the seam is at 11 west
     go_to(domain);
     MAP_draw_grid(90.0f, 180.0f); // the equator and two meridians
     EXPECT_EQ(drawn.words(), "EQ|PM|DL");
-    float west = 0.0f, east = 0.0f;
-    for (const DrawnLine &line : drawn.lines) {
+    for (const DrawnLine &line : drawn.lines)
         EXPECT_LT(std::fabs(line.points[1].x - line.points[0].x), 6.0f);
-        east = std::max(east, line.points[1].x);
-        west = std::min(west, line.points[0].x);
-    }
-    EXPECT_TRUE(west < -180.0f && east > 180.0f) << "it goes on across the seam";
 }
 
 TEST_F(MapTest, GridRepeatsLabelsAndDrawsCrosses) {
@@ -249,20 +221,14 @@ TEST_F(MapTest, GridRepeatsLabelsAndDrawsCrosses) {
     drawn = Drawn{};
     MAP_draw_grid(60.0f, 90.0f);
     // Between the meridians on each parallel, and between the parallels on each meridian.
-    EXPECT_TRUE(drawn.words(1).starts_with("EQ@-176,0 13|EQ@-135,0 23|EQ@-45,0 23|EQ@45,0 23|"
-                                           "EQ@135,0 23|60N@-176,60 13|60N@-135,60 23|"));
+    EXPECT_TRUE(drawn.words(1).starts_with("EQ@-176,0 13|EQ@-135,0 23|EQ@-45,0 23|EQ@45,0 23|"));
     EXPECT_TRUE(drawn.words(1).ends_with("|90W@-90,-86 24|90W@-90,-30 24|90W@-90,60 24"));
     EXPECT_TRUE(drawn.shapes(10).starts_with(
         plain + "[-1581,-790 -1579,-790][-1580,-791 -1580,-789][-791,"));
-    EXPECT_TRUE(drawn.shapes(10).ends_with("[1580,789 1580,791]"));
-    MAP_set_grid(30.0f, 60.0f, 0, 999999999);
+    MAP_set_grid(30.0f, 60.0f, 999999999, 999999999);
     EXPECT_EQ(MAP_draw_grid(1e30f, 1e30f), 0) << "comes to an end";
-    MAP_set_grid(30.0f, 60.0f, 999999999, 1);
-    EXPECT_EQ(MAP_draw_grid(1e30f, 20.0f), 0);
     drawn = Drawn{};
-    EXPECT_EQ(
-        page_list(MAP_draw_grid(0.0f, 5.0f), MAP_draw_grid(5.0f, -5.0f), MAP_draw_grid(NAN, 5.0f)),
-        "-1 -1 -1");
+    EXPECT_EQ(MAP_draw_grid(0.0f, 5.0f) + MAP_draw_grid(5.0f, -5.0f) + MAP_draw_grid(NAN, 5), -3);
     EXPECT_EQ(page_errors_of([] { MAP_draw_grid(0.0005f, 0.001f); }),
               "MAP_draw_grid: Intervals are too small: 0.0005,0.001\n");
     EXPECT_TRUE(drawn.lines.empty());
@@ -276,13 +242,10 @@ TEST_F(MapTest, GridsOfAListAndOfEveryPlot) {
         return page_list(drawn.notes.back(), drawn.lines[0].color, drawn.lines[0].type);
     };
     EXPECT_EQ(grid("lalo"), "Map-lalo: 5.0,5.0 5 4");
-    EXPECT_EQ(grid("lalo=10:20"), "Map-lalo: 10.0,20.0 5 4");
     EXPECT_EQ(grid("lalo:10:20:green:s2"), "Map-lalo: 10.0,20.0 3 2");
-    EXPECT_EQ(grid("lalo:10:red"), "Map-lalo: 10.0,10.0 2 4");
+    EXPECT_EQ(grid("lalo=10:red"), "Map-lalo: 10.0,10.0 2 4");
     EXPECT_EQ(grid("lalo:10:10:off,lalo:0,lalo:-5"), "");
     MAP_set_grid(10.0f, 10.0f, 0, 0); // in each layer
-    RES_set("color_line", "off");
-    EXPECT_EQ(grid("+1"), "");
     RES_set("color_line", "blue");
     EXPECT_EQ(grid("+1"), "Map-lalo: 10.0,10.0 4 4");
     DRAW_set(DRAW_GRID, 0);
@@ -293,8 +256,7 @@ TEST_F(MapTest, LinesOfAPlotWithoutAMap) {
     Domain plane = page_latlon(0.0f, 100.0f, 20.0f);
     plane.proj = PROJ_XY;
     plane.nx = plane.ny = 50;
-    PLT_close();
-    open(plane);
+    go_to(plane);
     EXPECT_EQ(MAP_draw_grid(10.0f, 5.0f), -1);
     EXPECT_EQ(drawn.words(1000), " 0@132,22 22|10@500,22 22|20@868,22 22|"
                                  "100@122,32 33|105@122,400 33|110@122,768 33");
@@ -302,22 +264,21 @@ TEST_F(MapTest, LinesOfAPlotWithoutAMap) {
                                "[0,100 50,100][0,125 50,125][0,150 50,150]");
     plane.proj = PROJ_CATEGORY;
     go_to(plane);
-    EXPECT_EQ(page_errors_of([] { MAP_draw_grid(0.001f, 5.0f); }),
+    EXPECT_EQ(page_errors_of([] {
+                  MAP_draw_grid(0.001f, 5.0f);
+                  MAP_draw_grid(10.0f, 5.0f);
+              }),
               "MAP_draw_grid: Interval is too small: 0.001\n");
-    EXPECT_EQ(drawn.words(), "100|105|110") << "the other axis";
-    MAP_draw_grid(10.0f, 5.0f);
-    EXPECT_EQ(drawn.words(), "100|105|110|100|105|110") << "categories have no numbers";
+    EXPECT_EQ(drawn.words(), "100|105|110|100|105|110") << "the other axis alone";
 }
 
 TEST_F(MapTest, RangeRings) {
     go_to(page_latlon(40.0f, -100.0f, 10.0f));
     MAP_range_ring(-100.0f, 40.0f, 111.195f);
-    ASSERT_EQ(drawn.lines.size(), 1u);
-    const std::vector<Point> &ring = drawn.lines[0].points;
-    ASSERT_EQ(ring.size(), 49u);
-    EXPECT_NEAR(ring[0].y, 41.0f, 1e-3);
-    EXPECT_NEAR(ring[12].x, -100.0 + 1.0 / std::cos(40.0 * M_PI / 180.0), 1e-3);
-    EXPECT_NEAR(ring[48].y, ring[0].y, 1e-3);
+    const std::vector<Point> ring = drawn.lines.at(0).points;
+    EXPECT_NEAR(ring.at(0).y, 41.0f, 1e-3);
+    EXPECT_NEAR(ring.at(12).x, -100.0 + 1.0 / std::cos(40.0 * M_PI / 180.0), 1e-3);
+    EXPECT_NEAR(ring.at(48).y, 41.0f, 1e-3);
     Domain domain = page_latlon(0.0f, 0.0f, 200.0f);
     domain.proj = PROJ_ORTHO;
     go_to(domain);

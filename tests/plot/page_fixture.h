@@ -54,10 +54,8 @@ struct Drawn {
     std::vector<std::string> notes;
 
     std::vector<DrawnLine> areas() const {
-        std::vector<DrawnLine> found;
-        for (const DrawnLine &line : lines)
-            if (line.filled)
-                found.push_back(line);
+        std::vector<DrawnLine> found = lines;
+        std::erase_if(found, [](const DrawnLine &line) { return !line.filled; });
         return found;
     }
 
@@ -99,59 +97,40 @@ inline int page_transform() {
     return n;
 }
 
-/* A page of 1 by 0.8. */
-inline int page_open_device(const char *) {
-    gstate().ws_width = 1001;
-    gstate().ws_height = 801;
-    return 0;
-}
-
-inline void page_keep_line(int n, const Point *points, int color, int type, bool filled) {
-    drawn.lines.push_back({{points, points + n}, page_transform(), color, type, filled});
-}
-
-inline void page_keep_text(Point at, const char *text) {
-    const TextState &state = gstate().text;
-    drawn.texts.push_back({at, text, page_transform(), state.align_h, state.align_v, state.height});
+template <bool kFilled>
+void page_keep_line(int n, const Point *points) {
+    const int color = kFilled ? gstate().fill.color : gstate().line.color;
+    const int type = kFilled ? gstate().fill.style : gstate().line.type;
+    drawn.lines.push_back({{points, points + n}, page_transform(), color, type, kFilled});
 }
 
 inline const Device kKeepingDevice = {
     .name = "keeping",
-    .open = page_open_device,
+    .open =
+        [](const char *) { // a page of 1 by 0.8
+            gstate().ws_width = 1001;
+            gstate().ws_height = 801;
+            return 0;
+        },
     .message = [](const char *text) { drawn.notes.push_back(text); },
-    .polyline =
-        [](int n, const Point *points) {
-            page_keep_line(n, points, gstate().line.color, gstate().line.type, false);
+    .polyline = page_keep_line<false>,
+    .fill = page_keep_line<true>,
+    .text_begin =
+        [](Point at, const char *text) {
+            const TextState &t = gstate().text;
+            drawn.texts.push_back({at, text, page_transform(), t.align_h, t.align_v, t.height});
         },
-    .fill =
-        [](int n, const Point *points) {
-            page_keep_line(n, points, gstate().fill.color, gstate().fill.style, true);
-        },
-    .text_begin = page_keep_text,
 };
 
 inline void page_fresh() {
-    GPH_reset();
-    COLOR_reset();
-    CONT_reset();
+    for (void (*reset)() :
+         {GPH_reset, COLOR_reset, CONT_reset, CTY_reset, DRAW_reset, FILE_name_reset, DT_zone_reset,
+          MAP_reset, PLT_dump_reset, PLT_labels_reset, PLT_page_reset, PLT_param_reset, PLT_reset,
+          PRJ_reset, REG_reset, DOM_reset, RES_reset, MSG_reset})
+        reset();
     CONT_set_bar(0);
-    CTY_reset();
-    DRAW_reset();
-    FILE_name_reset();
-    DT_zone_reset();
-    MAP_reset();
-    PLT_dump_reset();
-    PLT_labels_reset();
-    PLT_page_reset();
-    PLT_param_reset();
-    PLT_reset();
-    PRJ_reset();
-    REG_reset();
-    DOM_reset();
     DOM_set_ask(1);
     PAR_fill(MISSING);
-    RES_reset();
-    MSG_reset();
     RES_set_converter(OPT_DEVICE, gdevice_convert);
     drawn = Drawn{};
 }
@@ -228,7 +207,7 @@ std::string page_list(const Values &...values) {
     std::ostringstream out;
     ((out << " " << values), ...);
     std::string text = out.str().substr(1);
-    for (size_t at = text.find("-9999"); at != text.npos; at = text.find("-9999"))
+    for (size_t at; (at = text.find("-9999")) != text.npos;)
         text.replace(at, 5, "M");
     return text;
 }

@@ -264,7 +264,7 @@ TEST_F(StationTest, FilesOfStations) {
     EXPECT_EQ(drawn.words(), "Surface 2016Z 20 MAY 13-temp|2016Z 20 MAY 13");
 
     const std::string made = scratch.path("made");
-    RES_set("file_path", "none");
+    RES_set("file_path", nullptr);
     scratch.write("command.raw", "QRARAW\nt\nf\nKOKC 40 -100 1:symb:sf=|>" + made + "\n");
     EXPECT_EQ(PLOT_file(scratch.path("command.raw").c_str(), 0), 0);
     EXPECT_FALSE(std::filesystem::exists(made));
