@@ -36,11 +36,16 @@ void first_page(const PlotSteps &steps, Domain *domain) {
     PLT_set_redraw_handler(steps.plot);
 }
 
+void begin_plot(const PlotSteps &steps, const Domain *domain) {
+    steps.begin(domain);
+    PLT_set_domain(domain);
+}
+
 /* The first file of a series could not be read: the first that can gives the domain. */
 void late_domain(const PlotSteps &steps, Domain *domain) {
     *domain = *steps.data_domain();
     PLT_reopen(DOM_aspect(domain));
-    PLT_set_domain(domain);
+    begin_plot(steps, domain);
 }
 
 void note_time() {
@@ -67,9 +72,8 @@ int FRAME_plot(const PlotSteps &steps, Domain *domain) {
         PLT_reopen(DOM_aspect(domain));
     else
         first_page(steps, domain);
-    steps.begin(domain);
     if (domain->proj != MISSING)
-        PLT_set_domain(domain);
+        begin_plot(steps, domain);
     FILE_series_init(steps.time());
     const bool looping = FILE_series_count() != 0;
     if (looping)

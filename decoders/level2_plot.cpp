@@ -26,28 +26,29 @@ constexpr const char *kReflectivity =
     "-50:off,5:blue,10:lblue,15:cyan,20:lcyan,25:green,30:lgreen,35:brown,40:yellow,45:red,50:lred,"
     "55:magenta,60:lmagenta,65:dgray,70:lgray,75:white";
 constexpr float kFolded = -90.0f;
-constexpr float kBeamWidth = 1.0f; // degrees, of every radial
-constexpr int kMostRange = 5000;   // kilometres
+constexpr float kFlags[] = {-100.0f, kFolded}; // below threshold
+constexpr float kBeamWidth = 1.0f;             // degrees, of every radial
+constexpr int kMostRange = 5000;               // kilometres
 
 /* A moment: what selects it, what its picture shows. */
 struct MomentRow {
     const char *word;
     const char *title;
-    const char *colors;
-    bool inbound; // values below the first level take its colour
 };
 constexpr MomentRow kMoments[] = {
-    {"ref", "Reflectivity (Dbz)", kReflectivity, false},
-    {"vel", "Velocity (m/s)", RADAR_VELOCITY_COLORS, true},
-    {"spect", "Spectrum width (m/s)", RADAR_VELOCITY_COLORS, true},
+    {"ref", "Reflectivity (Dbz)"},
+    {"vel", "Velocity (m/s)"},
+    {"spect", "Spectrum width (m/s)"},
 };
 
 Lev2Options options;
 Domain data_domain; // of the archive opened last
 
-/* What a sweep brought. */
+/* The sweep of a picture, and what it brought. */
 struct Sweep {
     RadarSite site;
+    int number = options.sweep;
+    bool search = options.search && options.moment != LEV2_REFLECTIVITY; // number is not found yet
     int radials = 0;
     float max = -100.0f, min = 100.0f;
     float elevation = 0.0f; // degrees, of the radials drawn
@@ -74,21 +75,21 @@ void take_variable() {
     }
 }
 
-bool holds_moment(const Lev2Radial &radial, int moment) {
-    if (moment == LEV2_REFLECTIVITY)
-        return radial.ref_ptr && radial.ref_gates > 0;
-    return (moment == LEV2_VELOCITY ? radial.vel_ptr : radial.spw_ptr) && radial.vel_gates > 0;
+/* A spectrum width can be drawn where reflectivity stands beside it. */
+bool holds_doppler(const Lev2Radial &radial) {
+    const bool there =
+        options.moment == LEV2_VELOCITY ? radial.vel_ptr : radial.spw_ptr && radial.ref_ptr;
+    return there && radial.vel_gates > 0;
 }
 
 /* True for a radial of the sweep to draw.  Where none was named, Doppler moments take the first one
- * that has them: the lowest is often measured without. */
-bool is_wanted(const Lev2Radial &radial) {
-    if (options.search && options.moment != LEV2_REFLECTIVITY &&
-        holds_moment(radial, options.moment)) {
-        options.sweep = radial.elevation_number;
-        options.search = false;
+ * that has them, of each volume anew: the lowest is often measured without. */
+bool is_wanted(const Lev2Radial &radial, Sweep *sweep) {
+    if (sweep->search && holds_doppler(radial)) {
+        sweep->number = radial.elevation_number;
+        sweep->search = false;
     }
-    return radial.elevation_number == options.sweep;
+    return radial.elevation_number == sweep->number;
 }
 
 // ---- Cells ----
@@ -158,6 +159,10 @@ void trace_radial(const Lev2Radial &radial, int *last_elevation) {
               radial.ref_ptr, radial.vel_ptr, radial.spw_ptr, radial.ref_gates, radial.vel_gates);
 }
 
+bool is_over(const Lev2Radial &radial, const Sweep &sweep) {
+    return !sweep.search && sweep.radials > 0 && radial.elevation_number > sweep.number;
+}
+
 /* Draws the sweep.  A volume goes on for many sweeps more: they are read for their traces only. */
 void read_messages(Sweep *sweep) {
     const bool traced = MSG_enabled(MSG_DEBUG);
@@ -166,9 +171,9 @@ void read_messages(Sweep *sweep) {
         if (radial.message_type != 1 && radial.message_type != 31)
             continue;
         trace_radial(radial, &sweep->last_elevation);
-        if (is_wanted(radial))
+        if (is_wanted(radial, sweep))
             draw_radial(radial, sweep);
-        else if (sweep->radials > 0 && radial.elevation_number > options.sweep && !traced)
+        else if (is_over(radial, *sweep) && !traced)
             return;
     }
 }
@@ -177,10 +182,10 @@ void set_labels(const Sweep &sweep) {
     const char *mode = sweep.clear_air ? "cl" : "pr";
     char info[64];
     if (options.moment == LEV2_REFLECTIVITY)
-        snprintf(info, sizeof info, "Md=%s Sc=%d El=%.1f Mx=%.0f", mode, options.sweep,
+        snprintf(info, sizeof info, "Md=%s Sc=%d El=%.1f Mx=%.0f", mode, sweep.number,
                  double(sweep.elevation), double(sweep.max));
     else
-        snprintf(info, sizeof info, "Md=%s Sc=%d El=%.1f Rng=%.0f,%.0f", mode, options.sweep,
+        snprintf(info, sizeof info, "Md=%s Sc=%d El=%.1f Rng=%.0f,%.0f", mode, sweep.number,
                  double(sweep.elevation), double(sweep.min), double(sweep.max));
     PLT_label_ul(kMoments[options.moment].title);
     PLT_label_lr(info);
@@ -265,8 +270,10 @@ void LEV2_draw_data() {
     CONT_param();
     CONT_clear_fill_colors();
     CONT_clear_levels();
-    const MomentRow &moment = kMoments[options.moment];
-    RADAR_use_colors(moment.colors, moment.inbound);
+    if (options.moment == LEV2_REFLECTIVITY)
+        RADAR_use_colors(kReflectivity);
+    else
+        RADAR_use_wind_colors(RADAR_VELOCITY_COLORS, kFlags);
     Sweep sweep;
     RADAR_find_site(data_domain, &sweep.site);
     PLT_message("LEV2 Sum");

@@ -5,9 +5,9 @@
 #include "plot/domain.h"
 
 struct Lev2Options : RadarOptions {
-    int moment = 0;     // Lev2Moment
-    int sweep = 1;      // elevation number
-    bool search = true; // no sweep was named: the first that holds the moment, unless reflectivity
+    int moment = 0;       // Lev2Moment
+    int sweep = 1;        // elevation number
+    bool search = true;   // no sweep was named: Doppler moments take the first that holds them
     int plot_range = 460; // kilometres of half height of a plot
 };
 

@@ -158,13 +158,14 @@ int inflate_block(uint8_t *dest, int room) {
     return code < 0 ? 0 : made;
 }
 
-/* Goes on until something is made.  Every step takes bytes of the file or makes some. */
+/* What one block has for the room; of the next ones when it has nothing.  Every step takes bytes of
+ * the file or makes some. */
 int fill_from_blocks(uint8_t *dest, int room) {
     int made = 0;
-    while (made == 0 && !stream.at.damaged) {
-        if (!stream.bzip2_open && !open_block())
-            return 0;
-        made = inflate_block(dest, room);
+    while (made < room && !stream.at.damaged) {
+        if (!stream.bzip2_open && (made > 0 || !open_block()))
+            break;
+        made += inflate_block(dest + made, room - made);
     }
     return made;
 }

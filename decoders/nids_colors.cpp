@@ -35,6 +35,8 @@ constexpr const char *kCorrelation =
     "-200:off,-1.:blue,-.8:lblue,-.6:cyan,-.4:lcyan,-.2:green,0:yellow,.2:brown,.4:lred,.6:red,"
     ".8:lmagenta,1.:magenta";
 
+constexpr float kFlags[] = {-100.0f, -95.0f, -90.0f}; // of velocities: no wind was found
+
 enum class Levels {
     Text,      // the colour string holds them
     Threshold, // the product's own
@@ -102,5 +104,8 @@ void NIDS_choose_colors() {
         set_thresholds(product->thresholds);
     if (row.levels == Levels::Steps)
         set_steps();
-    RADAR_use_colors(row.colors, row.inbound);
+    if (row.inbound)
+        RADAR_use_wind_colors(row.colors, kFlags);
+    else
+        RADAR_use_colors(row.colors);
 }

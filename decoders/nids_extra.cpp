@@ -115,6 +115,7 @@ void read_page(FILE *file, float up, const Domain &plot) {
         switch (code) {
         case NIDS_VECTOR:
         case NIDS_VECTOR_VALUE:
+            NIDS_set_line();
             while (NIDS_next_vector(file, &vector) > 0)
                 if (NIDS_options()->graph)
                     NIDS_draw_vector(vector, up);

@@ -9,6 +9,7 @@
 #include "shell/strings.h"
 #include "shell/variables.h"
 
+#include <cmath>
 #include <cstring>
 #include <string>
 
@@ -180,7 +181,7 @@ void NIDS_draw_storm(const StormRow &row) {
     if (!plot.placed || !is_shown(row, plot.rows))
         return;
     PRJ_offset_xy(plot.radar.x, plot.radar.y, row.azimuth, row.range * kKmPerMile, &at.x, &at.y);
-    if (at.x == MISSING_F)
+    if (at.x == MISSING_F || !std::isfinite(at.x) || !std::isfinite(at.y))
         return;
     for (int i = 0; i < VAR_count(); i++)
         draw_entry(row, *VAR_entry(i), at);

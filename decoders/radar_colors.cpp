@@ -5,30 +5,40 @@
 #include "plot/levels.h"
 #include "shell/resource.h"
 
+#include <algorithm>
+
 namespace {
 
 struct ColorState {
-    bool inbound = false;          // values below the first level take its colour
-    float first_level = MISSING_F; // of the table
-    int fill = MISSING;            // pattern that replaces the rows' own
+    bool wind = false;              // values below the first level take its colour
+    float first_level = MISSING_F;  // of the table
+    int fill = MISSING;             // pattern that replaces the rows' own
+    std::span<const float> flags{}; // "below threshold" and the like, which are no wind
 };
 ColorState colors;
 
-/* Flags that stand for "below threshold" and the like, not for a wind. */
 bool is_flag(float value) {
-    return value == MISSING_F || value == -100.0f || value == -95.0f || value == -90.0f;
+    return value == MISSING_F || std::ranges::find(colors.flags, value) != colors.flags.end();
 }
 
 } // namespace
 
-void RADAR_use_colors(const char *text, bool inbound) {
+void RADAR_use_colors(const char *text) {
     CONT_set_mode(PLOT_FILLED);
     CONT_set_fill_colors(text, 0);
-    colors = ColorState{inbound, CONT_state()->levels[0], CONT_get_fill()};
+    colors = ColorState{};
+    colors.first_level = CONT_state()->levels[0];
+    colors.fill = CONT_get_fill();
+}
+
+void RADAR_use_wind_colors(const char *text, std::span<const float> flags) {
+    RADAR_use_colors(text);
+    colors.wind = true;
+    colors.flags = flags;
 }
 
 bool RADAR_set_color(float value) {
-    if (colors.inbound && value < colors.first_level && !is_flag(value))
+    if (colors.wind && value < colors.first_level && !is_flag(value))
         value = colors.first_level;
     PlotAttr attr;
     CONT_color_for_value(value, &attr);

@@ -112,12 +112,12 @@ void draw_box(const Watch &watch, Point a, Point b, bool filled) {
         gpolyline(5, ring);
 }
 
-/* The end of a watch on the clock of the display zone. */
+/* The end of a watch on the clock of the display zone, of which a chosen name has a blank of its
+ * own in front. */
 void draw_local_end(Point at, int end_hour) {
     const int hours = int(std::floor(float(DT_zone_offset()) / 3600.0f));
     const int hour = ((end_hour + hours) % 24 + 24) % 24;
-    const char *zone = DT_zone_name();
-    zone += *zone == ' '; // a name that was chosen has its blank already
+    const char *const zone = DT_zone_name();
     if (hour == 0)
         GPH_textf(&at, "to 12 AM %s", zone);
     else if (hour < 12)

@@ -37,6 +37,7 @@ constexpr float kKmPerSeaMile = 1.852f;
 constexpr float kMostMiles = 1000.0f;
 constexpr int kHalfMonth = 15; // days
 constexpr int kCoordsWords = 5;
+constexpr size_t kLongestPoint = 20; // characters of a damaged one that are shown
 
 WatchTable table;
 
@@ -273,20 +274,23 @@ float compass_degrees(string_view point) {
 void read_station(string_view text, float unit, Watch *watch, int which) {
     Cursor c{text};
     int miles = 0;
-    float degrees = MISSING_F;
-    string_view id;
+    string_view point, id;
     if (take_number(c, 4, &miles)) {
-        degrees = compass_degrees(take_word(c));
+        point = take_word(c);
         id = take_word(c);
     }
-    if (degrees == MISSING_F || id.empty()) {
+    if (id.empty()) {
         c.at = 0;
         id = take_word(c);
         miles = 0;
     }
+    const float degrees = miles > 0 ? compass_degrees(point) : MISSING_F;
+    if (miles > 0 && degrees == MISSING_F)
+        MSG_print(MSG_WARN, "WATCH_decode_file: Unknown direction: %.*s in watch %d\n",
+                  int(std::min(point.size(), kLongestPoint)), point.data(), watch->number);
     copy_text(id, watch->id[which], sizeof watch->id[which]);
-    watch->direction[which] = miles > 0 ? degrees : MISSING_F;
-    watch->distance[which] = float(miles) * unit;
+    watch->direction[which] = degrees;
+    watch->distance[which] = degrees == MISSING_F ? 0.0f : float(miles) * unit;
 }
 
 void trace_station(const Watch &watch, int which, const char *behind) {
@@ -313,7 +317,7 @@ void read_line(Bulletin &b) {
     in.at -= word.size() - kLine.size();
     skip_blanks(in);
     read_station(take_until(in, "/\n"), kKmPerMile, &b.watch, WATCH_ID1);
-    if (!take_text(in, "/"))
+    if (!take_text(in, " /"))
         return;
     take_until(in, "/\n");
     if (!take_text(in, " / - "))
@@ -344,9 +348,12 @@ void read_air_line(Bulletin &b) {
 /* "REPLACES WW 901..OK". */
 void read_replaced(Bulletin &b, const Reading &reading) {
     const Watch &w = b.watch;
-    while (!find_word(b.in, "REPLACES", int(b.in.text.size())).empty()) {
+    for (;;) {
         int number = 0;
-        if (!take_text(b.in, " WW ") || !take_number(b.in, 6, &number))
+        const string_view word = find_word(b.in, "REPLACES", int(b.in.text.size()));
+        if (word.empty())
+            return;
+        if (word != "REPLACES" || !take_text(b.in, " WW ") || !take_number(b.in, 6, &number))
             continue;
         char what[40];
         snprintf(what, sizeof what, "   Replaces %d", number);

@@ -22,6 +22,7 @@ constexpr int kMostRecords = 1000000;
 constexpr int kTableLines = 10 * RAW_MAX_COLUMNS; // with the empty ones
 constexpr size_t kNameLength = 19, kDescriptionLength = 59, kFormatLength = 39;
 constexpr int kColumnEnd = RAW_COLUMN + RAW_MAX_COLUMNS; // the number that stands for a key
+constexpr int kNumbersEnd = 76; // greater ones are names, such as those of pressure levels
 constexpr const char *kMagic = "QRARAW";
 
 /* One open file with the record that was read last. */
@@ -419,11 +420,9 @@ int RAW_find_column(int handle, const char *name) {
         return -1;
     if (!name || !*name)
         return RAW_ALL;
-    if (is_number(name)) {
+    if (is_number(name) && to_int(name) < kNumbersEnd) {
         const int number = to_int(name);
-        const bool known_number =
-            number == RAW_ALL || number == RAW_ID || (number >= RAW_COLUMN && number < kColumnEnd);
-        return known_number ? number : -1;
+        return number == RAW_ALL || number == RAW_ID || number >= RAW_COLUMN ? number : -1;
     }
     const int number = column_number(*raw, name);
     if (number >= 0)

@@ -61,9 +61,9 @@ int RAW_write_header(int handle, const RawHeader *header);
 /* Name of a column from 0 on; "" without one. */
 const char *RAW_column_name(int handle, int index);
 
-/* What RAW_read_record takes for a column of that name; a number stands for itself, "" for RAW_ALL.
- * A name that is not in the table is sought in each record, as "name=value"; the handle keeps the
- * last one.  -1 for a number out of range. */
+/* What RAW_read_record takes for a column of that name; a number below 76 stands for itself, "" for
+ * RAW_ALL.  A name that is not in the table is sought in each record, as "name=value"; the handle
+ * keeps the last one.  -1 for a number that stands for nothing. */
 int RAW_find_column(int handle, const char *name);
 
 /* Next value.  RAW_ALL delivers the values of a record one by one; else it is one of each record,

@@ -1,8 +1,12 @@
 #include "plot/station_file.h"
 
 #include "kernel/attributes.h"
+#include "kernel/gph.h"
+#include "kernel/transform.h"
 #include "plot/city_cache.h"
 #include "plot/labels.h"
+#include "plot/map_grid.h"
+#include "plot/page_state.h"
 #include "plot/projection.h"
 #include "plot/raw_file.h"
 #include "plot/station_plot.h"
@@ -10,7 +14,6 @@
 #include "shell/resource.h"
 
 #include <algorithm>
-#include <cstring>
 #include <string>
 
 namespace {
@@ -24,6 +27,7 @@ struct StationPlot {
     int column = RAW_ALL;
     bool is_chosen = false; // only records that the station list has
     bool stations_read = false;
+    int labelled = 0; // the category that was named last
 };
 
 void read_stations(StationPlot &plot, int priority) {
@@ -38,8 +42,55 @@ const StationEntry *find_station(const RawRecord &record) {
     return static_cast<const StationEntry *>(CTY_find(record.id));
 }
 
+// ---- A row of categories, one a record ----
+
+/* Records from one name under the plot to the next: the interval of the grid, or a tenth of the
+ * row. */
+int category_step() {
+    float interval, across;
+    MAP_get_grid(&interval, &across);
+    if (!(interval > 0.0f))
+        interval = PRJ_get_domain(nullptr)->dx / 10.0f;
+    return interval >= 1.0f ? int(std::min(interval, 1e6f)) : 1;
+}
+
+void draw_category(const char *name, float x) {
+    constexpr float kHeight = 0.015f, kDrop = 0.01f; // in page units
+    constexpr int kPage = 1, kData = 2;              // transforms
+    constexpr int kCentre = 2, kCapital = 2;         // alignments
+    PlotAttr attr;
+    ATTR_from_resource("color_line", "magenta", &attr);
+    float page[4];
+    PLT_get_page(page);
+    const Point at = {gtran_x(x, kData, kPage), page[2] - kDrop};
+    GPH_sel_tran(kPage);
+    GPH_set_text(kHeight, &attr);
+    GPH_text_align(kCentre, kCapital);
+    GPH_text(&at, name);
+    GPH_sel_tran(kData);
+}
+
+/* A record stands at its number; the second number of its place is how high, else its value. */
+bool find_category(StationPlot &plot, const RawRecord &record, int count, PlotPoint *point) {
+    const float height = record.lon != MISSING_F ? record.lon : record.value;
+    if (height == MISSING_F || !PRJ_latlon_to_xy(float(count), height, &point->x, &point->y))
+        return false;
+    float bounds[4];
+    PRJ_get_bounds(bounds);
+    const bool inside = point->x >= bounds[0] && point->x <= bounds[1];
+    if (inside && plot.labelled != count && count % category_step() == 0) {
+        plot.labelled = count;
+        draw_category(record.id, point->x);
+    }
+    return true;
+}
+
+// ---- Records ----
+
 /* Plot position of a record, by its own place or by that of its station. */
-bool find_place(StationPlot &plot, const RawRecord &record, PlotPoint *point) {
+bool find_place(StationPlot &plot, const RawRecord &record, int count, PlotPoint *point) {
+    if (PRJ_get_code() == PROJ_CATEGORY)
+        return find_category(plot, record, count, point);
     if (record.lat != MISSING_F && record.lon != MISSING_F) {
         PRJ_latlon_to_xy(record.lat, record.lon, &point->x, &point->y);
         return point->x != MISSING_F && point->y != MISSING_F;
@@ -62,9 +113,9 @@ void note_range(float value) {
     format.greatest = first ? value : std::max(format.greatest, value);
 }
 
-void plot_record(StationPlot &plot, const RawRecord &record) {
+void plot_record(StationPlot &plot, const RawRecord &record, int count) {
     PlotPoint point;
-    if ((plot.is_chosen && !find_station(record)) || !find_place(plot, record, &point))
+    if ((plot.is_chosen && !find_station(record)) || !find_place(plot, record, count, &point))
         return;
     point.text = record.text;
     point.format = record.format;
@@ -81,7 +132,7 @@ void plot_records(StationPlot &plot) {
     while ((result = RAW_read_record(plot.handle, &record, plot.column, &count)) >= 0) {
         const int skip = PLOT_format()->skip;
         if (result > 0 && (skip < 2 || count % skip == 0))
-            plot_record(plot, record);
+            plot_record(plot, record, count);
     }
     MSG_print(MSG_DEBUG, "PLOT_file: %d records, %g to %g\n", count, double(PLOT_format()->least),
               double(PLOT_format()->greatest));
@@ -104,6 +155,14 @@ int begin_layer() {
     return PLOT_begin(scale, &attr);
 }
 
+/* The user's format once more, since the layer begins with the alignment of the offset alone, and
+ * the format of the file over it. */
+void take_formats(const std::string &format) {
+    for (const char *text : {RES_get("plot_format"), format.c_str()})
+        if (const int type = PLOT_parse_format(PLOT_format(), text); type > 0)
+            PLOT_format()->type = type;
+}
+
 int plot_file(int handle, const std::string &column, const std::string &format, int labels) {
     RawHeader header;
     if (begin_layer() < 0 || RAW_read_header(handle, &header) < 0)
@@ -118,8 +177,7 @@ int plot_file(int handle, const std::string &column, const std::string &format, 
     if (identifiers.count > 0 || RES_get("city_file"))
         read_stations(plot, CTY_default_priority());
     plot.is_chosen = labels && CTY_is_query(identifiers.count, identifiers.list);
-    if (const int type = PLOT_parse_format(PLOT_format(), format.c_str()); type > 0)
-        PLOT_format()->type = type;
+    take_formats(format);
     if (labels)
         set_labels(header, column);
     plot_records(plot);

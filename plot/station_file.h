@@ -7,7 +7,8 @@
  * "stations.raw", "stations.raw:temp:ul:co=red", "stations.raw:2:lc", "stations.raw::co=cyan".
  *
  * A record without a position stands where the station list has its identifier, and is left out
- * when that does not know it.  With labels the title of the file and its time become labels of the
- * plot, and an `identifier` that is a query chooses the records.  0, or -1 when the file cannot be
- * read. */
+ * when that does not know it.  On a row of categories it stands at its number, as high as the
+ * second number of its position or else its value, with names under the plot.  With labels the
+ * title of the file and its time become labels of the plot, and an `identifier` that is a query
+ * chooses the records.  0, or -1 when the file cannot be read. */
 int PLOT_file(const char *name, int labels);

@@ -54,12 +54,17 @@ bool has_segment() { return is_place(state.last) && is_place(state.before); }
 
 void draw_segment() { GPH_line(state.before.x, state.before.y, state.last.x, state.last.y); }
 
-/* Returns false for the place that came last too. */
+/* Takes the place of a point; a line that waits for it is drawn in the style of the point that
+ * asked for it.  Returns false for the place that came last too. */
 bool remember(Point at) {
     if (at.x == state.last.x && at.y == state.last.y)
         return false;
     state.before = state.last;
     state.last = at;
+    if (state.line_wanted && has_segment()) {
+        draw_segment();
+        state.line_wanted = false;
+    }
     return true;
 }
 
@@ -255,16 +260,18 @@ int draw_mark(const Mark &mark, const MarkType *type) {
 
 // ---- Colours and limits ----
 
-/* Where the levels have rows they say the colour; otherwise only when nobody named one. */
-void take_color(const PlotPoint &point, bool is_wind, PlotAttr *attr) {
+/* Where the levels have rows they say the colour, or that there is none; otherwise they are asked
+ * only when nobody named one. Returns false for a value that they do not show. */
+bool take_color(const PlotPoint &point, bool is_wind, PlotAttr *attr) {
     const bool has_levels = CONT_state()->levels[0] != MISSING_F;
     const float value = is_wind ? point.value2 : point.value;
     if (value == MISSING_F || (!has_levels && attr->color != MISSING))
-        return;
+        return true;
     PlotAttr level;
     CONT_color_for_value(value, &level);
     if (has_levels || level.color >= 0)
         ATTR_merge(attr, &level);
+    return !has_levels || level.color >= 0;
 }
 
 bool is_in_range(float value, const PlotFormat &format) {
@@ -308,7 +315,6 @@ int PLOT_begin(float scale, const PlotAttr *attr) {
         format.attr = *attr;
     format.scale = PLOT_scale(scale);
     PLOT_param();
-    format.align_x = PLOT_align_x(format.off_x);
     GPH_set_text(0.0f, nullptr);
     GPH_set_line(nullptr);
     GPH_set_marker(0.0f, nullptr);
@@ -318,6 +324,7 @@ int PLOT_begin(float scale, const PlotAttr *attr) {
     if (const int type = PLOT_parse_format(&format, RES_get("plot_format")); type > 0)
         format.type = type;
     PLOT_apply(&format);
+    format.align_x = PLOT_align_x(format.off_x);
     return 0;
 }
 
@@ -343,47 +350,46 @@ static bool is_plain_name(const std::string &name) {
            !FILE_is_stream(name.c_str());
 }
 
-/* The format of one point, and its type. */
-static PlotFormat point_format(const PlotPoint &point, const MarkType **type) {
-    PlotFormat format = state.format;
-    ATTR_merge(&format.attr, &point.attr);
-    const int own = point.type > 0 ? point.type : format.type;
-    *type = find_type(own);
-    take_color(point, *type && (*type)->is_wind, &format.attr);
-    const int named = PLOT_parse_format(&format, point.format.c_str());
-    // The format of a point may come out of a data file, which is not to open what it likes.
-    if (format.symbol_file != state.format.symbol_file && !is_plain_name(format.symbol_file)) {
-        MSG_print(MSG_DEBUG, "PLOT_point: Not a symbol file: %s\n", format.symbol_file.c_str());
-        format.symbol_file = state.format.symbol_file;
+/* Lays the format of a point over the current one.  Returns the type that it names, or 0. */
+static int take_format(const std::string &text, PlotFormat *format) {
+    const int type = PLOT_parse_format(format, text.c_str());
+    // It may come out of a data file, which is not to open what it likes.
+    if (format->symbol_file != state.format.symbol_file && !is_plain_name(format->symbol_file)) {
+        MSG_print(MSG_DEBUG, "PLOT_point: Not a symbol file: %s\n", format->symbol_file.c_str());
+        format->symbol_file = state.format.symbol_file;
     }
-    if (named > 0 && named != own)
-        *type = find_type(named);
-    return format;
+    return type;
 }
 
+/* Levels and limits come before the format of the point: that may bring a colour where the levels
+ * have none, but no limits of its own. */
 int PLOT_point(const PlotPoint *point) {
     const Point place = {point->x, point->y};
     if (!PLT_switch(DRAW_DATA) || is_off() || !is_place(place))
         return -1;
-    const bool moved = remember(place);
-    const MarkType *type = nullptr;
-    PlotFormat format = point_format(*point, &type);
-    const bool joined = moved && has_segment() && (state.line_wanted || format.draw_line);
-    if (moved && has_segment())
-        state.line_wanted = false;
-    if (format.attr.color == COLOR_OFF || !is_in_range(point->value, format))
+    PlotFormat format = state.format;
+    const bool joined = remember(place) && has_segment() && format.draw_line;
+    ATTR_merge(&format.attr, &point->attr);
+    int type = point->type > 0 ? point->type : format.type;
+    const MarkType *row = find_type(type);
+    const bool has_color = take_color(*point, row && row->is_wind, &format.attr);
+    if (!is_in_range(point->value, format))
+        return -1;
+    if (const int named = take_format(point->format, &format); named > 0)
+        row = find_type(type = named);
+    if (!has_color && format.attr.color == COLOR_OFF)
         return -1;
     PLOT_apply(&format);
     if (joined)
         draw_segment();
-    const float size = PLT_window_height() * format.scale;
-    const Point at = {place.x + size * format.off_x, place.y + size * format.off_y};
+    const float height = PLT_window_height();
+    const Point at = {place.x + height * format.off_x * format.scale,
+                      place.y + height * format.off_y * format.scale};
     MSG_print(MSG_DEBUG, "PLOT: %8.3f %8.3f %-5d %-10s %-10s %8.3f\n", double(at.x), double(at.y),
-              type ? type->type : 0, point->text.c_str(), format.format.c_str(),
-              double(point->value));
+              type, point->text.c_str(), format.format.c_str(), double(point->value));
     if (!std::isfinite(at.x) || !std::isfinite(at.y))
         return -1;
-    return draw_mark({*point, format, at, size}, type) < 0 ? -1 : 0;
+    return draw_mark({*point, format, at, height * format.scale}, row) < 0 ? -1 : 0;
 }
 
 void PLOT_clear_point(PlotPoint *point) { *point = PlotPoint{}; }

@@ -63,7 +63,8 @@ void PLOT_param();
 /* Sets the kernel's attributes from a format. */
 void PLOT_apply(PlotFormat *format);
 
-/* Draws one point.  0, or -1 when nothing was drawn. */
+/* Draws one point.  Its own format brings no limits: they are those of the layer.  0, or -1 when
+ * nothing was drawn. */
 int PLOT_point(const PlotPoint *point);
 void PLOT_clear_point(PlotPoint *point);
 

@@ -5,6 +5,7 @@
 #include "shell/strings.h"
 #include "shell/variable_state.h"
 #include "shell/variable_words.h"
+#include "shell/variables.h"
 
 #include <algorithm>
 #include <cstring>
@@ -80,7 +81,7 @@ void parse_name(const char *name, VarEntry *entry) {
     entry->role = var().call_depth * 10 + var().group_depth;
     if (*name == '#')
         entry->plot_kind = VAR_TABLE;
-    else if (entry->plot_kind == MISSING)
+    else
         entry->plot_kind = default_kind();
     const VarRow *row = VAR_find_name(name);
     if (!row)
@@ -90,22 +91,24 @@ void parse_name(const char *name, VarEntry *entry) {
         entry->name = row->description;
 }
 
-/* Takes time and level in front of a name.  Returns the place of the name. */
-int take_time_and_level(const StrList &fields, VarEntry *entry) {
-    int at = 0;
-    if (fields.count > 2) {
-        const int kind = VAR_parse_time(fields[0], &entry->time_code);
-        if (kind != 0) {
-            entry->time_kind = kind;
-            entry->level_kind = VAR_parse_level(fields[1], &entry->level_1, &entry->level_2);
-            at = 2;
-        }
-    }
+/* What nobody gave is that of the base. */
+void inherit_time_and_level(VarEntry *entry) {
     if (entry->time_code == MISSING)
         entry->time_kind = VAR_parse_time("", &entry->time_code);
     if (entry->level_1 == MISSING)
         entry->level_kind = VAR_parse_level("", &entry->level_1, &entry->level_2);
-    return at;
+}
+
+/* Takes time and level in front of a name.  Returns the place of the name. */
+int take_time_and_level(const StrList &fields, VarEntry *entry) {
+    if (fields.count <= 2)
+        return 0;
+    const int kind = VAR_parse_time(fields[0], &entry->time_code);
+    if (kind == 0)
+        return 0;
+    entry->time_kind = kind;
+    entry->level_kind = VAR_parse_level(fields[1], &entry->level_1, &entry->level_2);
+    return 2;
 }
 
 std::string join(const StrList &fields, int from) {
@@ -172,9 +175,10 @@ bool process_item(const std::string &item, bool lookup, VarEntry *entry) {
         stop("Expression is too long", plain.c_str());
         return false;
     }
-    int at = 0;
-    if (!take_page_word(fields[0], entry)) {
-        at = take_time_and_level(fields, entry);
+    const bool is_word = take_page_word(fields[0], entry);
+    const int at = is_word ? 0 : take_time_and_level(fields, entry);
+    inherit_time_and_level(entry);
+    if (!is_word) {
         const char *name = fields[at];
         const bool as_it_stands = *name == '+';
         if (lookup && !as_it_stands && *name) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "shell/menu.h"
-#include "shell/variables.h"
+#include "shell/variable_entry.h"
 
 #include <array>
 #include <cstdio>

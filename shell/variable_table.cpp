@@ -5,6 +5,7 @@
 #include "files/stream.h"
 #include "shell/message.h"
 #include "shell/strings.h"
+#include "shell/variables.h"
 
 #include <cstdlib>
 
@@ -37,10 +38,13 @@ void read_table() {
         return;
     }
     char line[kLine + 1];
-    for (int n = 0; n < VAR_TABLE_MAX && STR_read_line(file, line, kLine) >= 0; n++) {
+    int length;
+    for (int n = 0; n < VAR_TABLE_MAX && (length = STR_read_line(file, line, kLine)) >= 0; n++) {
         VarRow row;
         if (parse_row(line, &row))
             var.table.push_back(row);
+        if (length == kLine)
+            STR_skip_line(file);
     }
     FILE_close(file);
 }

@@ -29,16 +29,18 @@ void complain(const char *what, const char *text) {
     state.complained = true;
 }
 
-/* The next word of a line, cut to the room that dest has. */
+constexpr const char *kBlanks = " \t";
+
+/* The next word of a line.  Of a word that dest has no room for, the rest is the word after it. */
 template <size_t N>
 const char *take_word(const char *text, char (&dest)[N]) {
-    text += strspn(text, " \t");
-    const size_t length = strcspn(text, " \t");
-    snprintf(dest, N, "%.*s", int(std::min(length, N - 1)), text);
-    if (length >= N)
-        complain("Word cut", text);
+    text += strspn(text, kBlanks);
+    const size_t length = std::min(strcspn(text, kBlanks), N - 1);
+    snprintf(dest, N, "%.*s", int(length), text);
+    if (text[length] && !strchr(kBlanks, text[length]))
+        complain("Word too long", text);
     text += length;
-    return text + strspn(text, " \t");
+    return text + strspn(text, kBlanks);
 }
 
 /* A line of the variable file. */
@@ -73,7 +75,9 @@ struct VarReader {
             complain("File cut", line);
             return false;
         }
-        text.append(line, std::min(strlen(line), kText - text.size()));
+        // What goes on with a line may be indented, and what begins one too.
+        const char *more = line + strspn(line, kBlanks);
+        text.append(more, std::min(strlen(more), kText - text.size()));
         return true;
     }
 

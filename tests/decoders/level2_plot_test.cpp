@@ -7,7 +7,7 @@
 #include "tools/samples/level2_writer.h"
 
 namespace {
-/* A ray to the east with gates of both moments; a second tilt has the wind alone. */
+/* A ray to the east with reflectivity; two sweeps have the wind alone, the last of coarse steps. */
 std::string volume(bool old_form) {
     SampleRay ray;
     ray.azimuth = 90.0;
@@ -20,7 +20,8 @@ std::string volume(bool old_form) {
     out += message(ray);
     ray.elevation_number = 3;
     ray.vcp = 31;
-    ray.moments[0].scale = 1.0f; // whole metres a second: bytes reach far below the levels
+    ray.moments[0].scale = 1.0f;      // whole metres a second: bytes reach far below the levels
+    ray.moments[0].gates += {34, 29}; // -95 is a wind like others, -100 stands for none
     ray.elevation = 1.5;
     return out + message(ray);
 }
@@ -71,11 +72,16 @@ TEST_F(Level2Plot, TheVariableChoosesMomentAndSweep) {
         {"vel",
          "blue 16-19,yellow 19-22,lmagenta 22-25,Velocity (m/s)|Md=pr Sc=2 El=0.5 Rng=-64,62",
          "blue 6-9,yellow 9-12,lmagenta 12-15,Velocity (m/s)|Md=pr Sc=2 El=0.5 Rng=-64,62"},
-        {"vel3", "blue 16-19,brown 19-22,magenta 22-25,Velocity (m/s)|Md=cl Sc=3 El=1.5 Rng=20,125",
-         "blue 6-9,brown 9-12,magenta 12-15,Velocity (m/s)|Md=cl Sc=3 El=1.5 Rng=20,125"},
+        {"vel3",
+         "blue 16-19,brown 19-22,magenta 22-25,blue 25-28,Velocity (m/s)|Md=cl Sc=3 El=1.5 "
+         "Rng=20,125",
+         "blue 6-9,brown 9-12,magenta 12-15,blue 15-18,Velocity (m/s)|Md=cl Sc=3 El=1.5 "
+         "Rng=20,125"},
         {"other",
-         "blue 16-19,brown 19-22,magenta 22-25,Velocity (m/s)|Md=cl Sc=3 El=1.5 Rng=20,125",
-         "blue 6-9,brown 9-12,magenta 12-15,Velocity (m/s)|Md=cl Sc=3 El=1.5 Rng=20,125"},
+         "blue 16-19,brown 19-22,magenta 22-25,blue 25-28,Velocity (m/s)|Md=cl Sc=3 El=1.5 "
+         "Rng=20,125",
+         "blue 6-9,brown 9-12,magenta 12-15,blue 15-18,Velocity (m/s)|Md=cl Sc=3 El=1.5 "
+         "Rng=20,125"},
         {"ref7", "Reflectivity (Dbz)|Md=pr Sc=7 El=0.0 Mx=-100", nullptr},
     };
     for (const bool old_form : {false, true}) {
@@ -85,6 +91,28 @@ TEST_F(Level2Plot, TheVariableChoosesMomentAndSweep) {
                       old_form && c.want_old ? c.want_old : c.want)
                 << c.variable << (old_form ? ", message 1" : "");
     }
+}
+
+/* A sweep that was found holds for its own volume: in the next one the moment may stand elsewhere,
+ * behind several sweeps without it. */
+TEST_F(Level2Plot, EachVolumeIsSearchedAnew) {
+    SampleRay ray;
+    ray.azimuth = 90.0;
+    std::string late = SMP_volume_header("KTLX", 15846, 72965000);
+    for (int sweep = 1; sweep <= 4; sweep++) {
+        ray.elevation_number = sweep;
+        ray.moments = {{"REF", 2000, 1000, 2.0f, 66.0f, {char(86)}}};
+        if (sweep >= 3)
+            ray.moments.push_back({"VEL", 1000, 250, 2.0f, 129.0f, {char(149)}});
+        if (sweep == 4)
+            ray.moments.push_back({"SW ", 1000, 250, 2.0f, 129.0f, {char(149)}});
+        late += SMP_message31(ray);
+    }
+    const std::string volumes[] = {volume(false), late, volume(false)}, found[] = {"2", "3", "2"};
+    for (int i = 0; i < 3; i++)
+        EXPECT_NE(draw(volumes[i], "vel").find("Sc=" + found[i]), std::string::npos) << i;
+    EXPECT_NE(draw(late, "spect").find("Sc=4"), std::string::npos);
+    EXPECT_NE(draw(late, "ref").find("Sc=1"), std::string::npos);
 }
 
 TEST_F(Level2Plot, NothingBehindTheSweepIsRead) {

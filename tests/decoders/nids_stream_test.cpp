@@ -1,7 +1,6 @@
 #include "tests/decoders/nids_input.h"
 #include "tools/samples/nids_writer.h"
 
-#include <bzlib.h>
 #include <gtest/gtest.h>
 #include <vector>
 #include <zlib.h>
@@ -16,15 +15,6 @@ std::string noise(size_t size, unsigned seed = 1) {
         c = char(seed >> 16 & 0x7f);
     }
     return out;
-}
-
-std::string bzip2(const std::string &bytes) {
-    std::string out(bytes.size() + bytes.size() / 100 + 600, '\0');
-    unsigned size = unsigned(out.size());
-    EXPECT_EQ(BZ2_bzBuffToBuffCompress(out.data(), &size, const_cast<char *>(bytes.data()),
-                                       unsigned(bytes.size()), 9, 0, 0),
-              BZ_OK);
-    return out.substr(0, size);
 }
 
 /* A zlib stream that cannot be read without a dictionary. */
@@ -81,7 +71,7 @@ TEST(NidsStream, DropsTheTrailerBehindAShortFill) {
 
 TEST(NidsStream, InflatesWhatIsRecheckedBehindALead) {
     const std::string data = noise(35000, 3), more = noise(4000, 4), tail = noise(700, 5);
-    const std::string zlib = SMP_zlib(data), bz = bzip2(data);
+    const std::string zlib = SMP_zlib(data), bz = SMP_bzip2(data);
     constexpr bool kPart = true;
     const struct {
         const char *why;
@@ -95,8 +85,8 @@ TEST(NidsStream, InflatesWhatIsRecheckedBehindALead) {
         {"three zlib streams", zlib + SMP_zlib(more) + SMP_zlib(tail), data + more + tail},
         {"a trailer behind them", zlib + SMP_zlib(tail) + SMP_trailer(), data + tail},
         {"plain bytes behind one", SMP_zlib(more) + "." + tail, more + "." + tail},
-        {"bzip2 of many pieces", bzip2(noise(200000)), noise(200000)},
-        {"bzip2 and a trailer", bzip2(tail) + SMP_trailer(), tail},
+        {"bzip2 of many pieces", SMP_bzip2(noise(200000)), noise(200000)},
+        {"bzip2 and a trailer", SMP_bzip2(tail) + SMP_trailer(), tail},
         {"a zlib stream cut off", zlib.substr(0, 20000), data, -1, kPart},
         {"a damaged zlib stream", damaged(zlib), data, 0, kPart},
         {"one that wants a dictionary", zlib_with_dictionary(), "", 0},
@@ -105,7 +95,7 @@ TEST(NidsStream, InflatesWhatIsRecheckedBehindALead) {
         {"a bzip2 lead alone", "BZ", "", -1},
         {"bytes that only look like bzip2", "BZip me up", "", 0},
         {"encrypted", "R3 and more", "", -1},
-        {"a second bzip2 stream", bzip2("one") + bzip2("two"), "one", 0},
+        {"a second bzip2 stream", SMP_bzip2("one") + SMP_bzip2("two"), "one", 0},
     };
     for (const auto &c : cases)
         for (const std::string &lead : {noise(200, 7), noise(10000, 7)}) { // and a full buffer

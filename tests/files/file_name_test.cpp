@@ -135,10 +135,11 @@ TEST_F(FileName, MissingDatesAndOddTemplates) {
     FILE_set_current("kept");
     EXPECT_EQ(FILE_date_name(nullptr, &out), 1);
     EXPECT_EQ(out, "kept");
-    for (const char *form : {"%", "%99999999999999h", "%{", "%5", "{", "%{no close"}) {
-        FILE_state().conv_input = form;
+    for (const auto &[form, name] :
+         {std::pair{"%", ""}, {"a%5", "a"}, {"a%{b c", "a"}, {"a%99999999999999h", "a00"}}) {
+        FILE_set_name(form);
         FILE_date_name(&date, &out);
-        made("98031418");
+        EXPECT_EQ(out, name) << form;
     }
 }
 
@@ -157,6 +158,8 @@ TEST_F(FileName, TypedNamesBecomePaths) {
         {"a month word", "%b%d", "mar14", "mar14"},
         {"an extension up to the rest", "%y.%e.z", "98.abc.z", "98.abc.z"},
         {"taken as it stands", "%D/%y", "@/any/98", "/any/98"},
+        {"a brace that nothing closes", "{ab", "98", "ab"},
+        {"an item that is cut off", "%5", "98", ""},
         {"standard input", "%D/%y", "-", "-"},
         {"a template that is a stream", "-", "abc", "-"},
     };
