@@ -1,0 +1,18 @@
+/* Any bytes as a native picture file; what is read is written again. */
+#include "fuzz/file_of.h"
+#include "image/native.h"
+#include "plot/domain_text.h"
+#include "shell/message.h"
+#include "shell/resource.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
+    MSG_set_levels("none");
+    RES_set_converter(OPT_DOMAIN, DOM_convert);
+    const FileOf file(data, size);
+    Image image;
+    if (file.whole && IMG_read_qra(file.name().c_str(), &image, 0) > 0)
+        IMG_write("/dev/null", image, int(size % 2));
+    return 0;
+}
