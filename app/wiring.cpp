@@ -4,6 +4,7 @@
 #include "kernel/devices.h"
 #include "kernel/workstation.h"
 #include "plot/domain_text.h"
+#include "plot/dump.h"
 #include "shell/resource.h"
 
 void APP_wire() {
@@ -12,4 +13,5 @@ void APP_wire() {
     RES_set_converter(OPT_DOMAIN, DOM_convert);
     RES_set_converter(OPT_DEVICE, gdevice_convert);
     gregister_devices();
+    PLT_lend_dumps();
 }

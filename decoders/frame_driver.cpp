@@ -1,18 +1,24 @@
 #include "decoders/frame_driver.h"
 
+#include "files/file_current.h"
 #include "files/file_name.h"
 #include "files/file_series.h"
 #include "files/file_template.h"
+#include "kernel/frames.h"
 #include "plot/dump.h"
 #include "plot/plot_window.h"
+#include "plot/pointer.h"
 #include "shell/message.h"
 
 #include <string>
 
 namespace {
 
+constexpr int kRefresh = 60; // seconds
+
 struct FrameState {
     int64_t last_seen = 0;
+    const PlotSteps *steps = nullptr; // of the plot on display
 };
 FrameState frames;
 
@@ -32,8 +38,10 @@ void first_page(const PlotSteps &steps, Domain *domain) {
     adopt_domain(steps, domain);
     steps.opened();
     PLT_open(DOM_aspect(domain));
+    PLT_set_event_handler(steps.pointer);
     PLT_set_zoom_handler(steps.plot);
     PLT_set_redraw_handler(steps.plot);
+    PLT_set_timer_handler(kRefresh, steps.refreshes() ? FRAME_refresh : nullptr);
 }
 
 void begin_plot(const PlotSteps &steps, const Domain *domain) {
@@ -55,19 +63,45 @@ void note_time() {
     frames.last_seen = seconds - seconds % FILE_step_or_default();
 }
 
-void draw_frame(const PlotSteps &steps, Domain *domain, int frame) {
+/* A frame for the next picture: that of the plot before, which it replaces, or a new one. */
+int next_frame(int drawn) { return gnew_frame(drawn < gget_frame_count() ? drawn : -1); }
+
+/* Draws the file now open, into a frame of its own where frames loop. */
+void draw_frame(const PlotSteps &steps, Domain *domain, int drawn, bool looping) {
     if (domain->proj == MISSING)
         late_domain(steps, domain);
     note_time();
+    const int frame = looping ? next_frame(drawn) : drawn;
+    if (looping)
+        gselect_frame(frame);
     steps.draw();
     steps.close();
+    if (looping)
+        gdisplay_frame(frame);
     PLT_dump(frame);
+}
+
+/* Draws the files of the series.  Returns how many could be read. */
+int draw_series(const PlotSteps &steps, Domain *domain, bool looping) {
+    std::string name;
+    int drawn = 0;
+    while (FILE_series_next(&name)) {
+        if (!steps.open(name.c_str())) {
+            if (!looping)
+                break;
+            continue;
+        }
+        draw_frame(steps, domain, drawn, looping && gis_x11_window());
+        drawn++;
+    }
+    return drawn;
 }
 
 } // namespace
 
 int FRAME_plot(const PlotSteps &steps, Domain *domain) {
     const bool redraw = gis_open();
+    frames.steps = &steps;
     if (redraw)
         PLT_reopen(DOM_aspect(domain));
     else
@@ -76,22 +110,37 @@ int FRAME_plot(const PlotSteps &steps, Domain *domain) {
         begin_plot(steps, domain);
     FILE_series_init(steps.time());
     const bool looping = FILE_series_count() != 0;
-    if (looping)
-        MSG_print(MSG_WARN, "FRAME_plot: Frames are not there yet, a series shares one page\n");
-    std::string name;
-    int drawn = 0;
-    for (int frame = 0; FILE_series_next(&name); frame++) {
-        if (steps.open(name.c_str())) {
-            draw_frame(steps, domain, frame);
-            drawn++;
-        } else if (!looping) {
-            PLT_exit(10);
-        }
-    }
+    if (looping && !gis_x11_window())
+        MSG_print(MSG_WARN, "FRAME_plot: A series shares one page on this device\n");
+    const int drawn = draw_series(steps, domain, looping);
+    if (redraw)
+        return 0;
     if (drawn == 0)
         PLT_exit(10); // no usable file in the whole series
-    if (!redraw)
-        PLT_close();
+    if (looping)
+        gset_looping(1);
+    PLT_close();
+    return 0;
+}
+
+int FRAME_refresh(Domain *domain) {
+    const PlotSteps &steps = *frames.steps;
+    std::string name;
+    if (FILE_current(nullptr, &name) == frames.last_seen || !steps.open(name.c_str()))
+        return 0;
+    DT_clear(steps.time());
+    const int count = gget_frame_count();
+    for (int i = 0; i + 1 < count; i++)
+        gswap_frames(i, i + 1);
+    gselect_frame(count > 0 ? FRAME_LAST : FRAME_BASE);
+    gclear_frame(count > 0 ? FRAME_LAST : FRAME_BASE);
+    note_time();
+    steps.draw();
+    steps.close();
+    if (count > 0)
+        gdisplay_frame(FRAME_CURRENT);
+    PLT_dump(FRAME_LAST);
+    PLT_set_domain(domain);
     return 0;
 }
 

@@ -19,14 +19,20 @@ struct PlotSteps {
     void (*draw)();                // one picture of the file now open
     void (*close)();               //
     void (*begin)(const Domain *domain) = [](const Domain *) {}; // of the plot, each page of it
-    const DateTime *(*time)();                                   // time the plot is asked for
+    DateTime *(*time)();                                         // time the plot is asked for
     const Domain *(*data_domain)();                              // of the file opened last
-    PlotProc plot; // the entry itself: replots after a zoom
+    PlotProc plot;                              // the entry itself: replots after a zoom
+    EventProc pointer;                          // events of the window
+    bool (*refreshes)() = [] { return false; }; // looks for new data every minute
 };
 
 /* Plots the series of files.  An unset domain takes the data's own.  A single file that cannot be
  * opened ends the process with status 10; in a series it is passed over.  Returns 0. */
 int FRAME_plot(const PlotSteps &steps, Domain *domain);
+
+/* Looks for the newest file and draws it, as the last frame of a loop or in place of the picture.
+ * Returns 0. */
+int FRAME_refresh(Domain *domain);
 
 /* Seconds of the last file seen, rounded down to a multiple of the step. */
 int64_t FRAME_last_seen();

@@ -11,6 +11,7 @@
 #include "plot/levels.h"
 #include "plot/map.h"
 #include "plot/page_state.h"
+#include "plot/pointer.h"
 #include "shell/draw_list.h"
 #include "shell/message.h"
 #include "shell/resource.h"
@@ -204,21 +205,22 @@ void draw_marks() {
 
 // ---- Steps of the frame driver ----
 
-void prepare() {
-    LEV2_parse_params();
-    if (options.refresh)
-        MSG_print(MSG_WARN, "LEV2_plot: Refreshing by a timer is not there yet\n");
+void handle_event(float x, float y, int, const char *name) {
+    PLT_readout(x, y, name);
+    PLT_common_events(x, y, name);
 }
 
 constexpr PlotSteps kLev2Steps = {
-    .prepare = prepare,
+    .prepare = LEV2_parse_params,
     .open = LEV2_open_volume,
     .draw = LEV2_draw,
     .close = LEV2_close_file,
     .begin = [](const Domain *domain) { DOM_print(MSG_OUT1, domain); },
-    .time = [] { return static_cast<const DateTime *>(&LEV2_volume()->plot_time); },
+    .time = [] { return &LEV2_volume()->plot_time; },
     .data_domain = LEV2_data_domain,
     .plot = LEV2_plot,
+    .pointer = handle_event,
+    .refreshes = [] { return options.refresh != 0; },
 };
 
 } // namespace

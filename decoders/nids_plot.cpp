@@ -6,6 +6,7 @@
 #include "decoders/nids_extra.h"
 #include "decoders/nids_options.h"
 #include "decoders/nids_packets.h"
+#include "decoders/nids_pointer.h"
 #include "decoders/nids_product.h"
 #include "decoders/radar_colors.h"
 #include "decoders/watches.h"
@@ -70,13 +71,7 @@ void draw_packet(unsigned code, const RadarSite &site) {
     }
 }
 
-void prepare() {
-    NIDS_parse_params();
-    if (NIDS_options()->refresh)
-        MSG_print(MSG_WARN, "NIDS_plot: Refreshing by a timer is not there yet\n");
-}
-
-const DateTime *plot_time() { return &NIDS_product()->plot_time; }
+DateTime *plot_time() { return &NIDS_product()->plot_time; }
 
 /* Watches that are asked for are those in force at the plot's time, which a name without a date
  * leaves to the product. */
@@ -90,7 +85,7 @@ void find_overlays() {
 const Domain *data_domain() { return &NIDS_product()->domain; }
 
 constexpr PlotSteps kNidsSteps = {
-    .prepare = prepare,
+    .prepare = NIDS_parse_params,
     .opened = find_overlays,
     .open = NIDS_open_file,
     .draw = NIDS_draw,
@@ -98,6 +93,8 @@ constexpr PlotSteps kNidsSteps = {
     .time = plot_time,
     .data_domain = data_domain,
     .plot = NIDS_plot,
+    .pointer = NIDS_pointer,
+    .refreshes = [] { return NIDS_options()->refresh != 0; },
 };
 
 } // namespace

@@ -1,4 +1,5 @@
-/* PNG files.  Results are 1, and 0; only a file that cannot be written has a message. */
+/* PNG files.  Results are 1, and 0: with a message for a file that cannot be opened to be written,
+ * and for a picture that is too large. */
 #pragma once
 
 #include "image/image.h"

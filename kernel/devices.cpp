@@ -2,12 +2,11 @@
 
 #include "kernel/device.h"
 #include "kernel/device_ps.h"
+#include "kernel/device_x11.h"
 #include "kernel/workstation.h"
 
 namespace {
 /* Named, so that the user is told what is missing. */
-constexpr Device kX11Window = {.name = "X11 window"};
-constexpr Device kX11Attached = {.name = "attached X11"};
 constexpr Device kHpgl = {.name = "HPGL"};
 constexpr Device kMetafile = {.name = "metafile"};
 
@@ -15,11 +14,11 @@ constexpr struct {
     WsType type;
     const Device *device;
 } kDevices[] = {
-    {WS_X11, &kX11Window},
+    {WS_X11, &kX11Device},
     {WS_META, &kMetafile},
     {WS_PS, &kPsDevice},
     {WS_HPGL, &kHpgl},
-    {WS_X11_ATTACHED, &kX11Attached},
+    {WS_X11_ATTACHED, &kX11AttachedDevice},
 };
 } // namespace
 

@@ -2,6 +2,7 @@
 
 #include "kernel/device.h"
 #include "kernel/state.h"
+#include "shell/message.h"
 #include "shell/strings.h"
 
 #include <cstdint>
@@ -100,6 +101,11 @@ int gset_redraw_enabled(int flag) {
 int gget_redraw_enabled() { return store.redraw; }
 
 void gobj_set_poll(void (*poll)()) { store.poll = poll; }
+
+int gprint_meta() {
+    MSG_print(MSG_WARN, "gprint_meta: The metafile device is not there yet\n");
+    return -1;
+}
 
 void gobj_reset() {
     gobj_free();

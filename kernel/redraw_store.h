@@ -29,4 +29,7 @@ int gget_redraw_enabled();
 /* The procedure that looks for events; null for none. */
 void gobj_set_poll(void (*poll)());
 
+/* Writes what was recorded to a metafile.  -1 after a message: this program has no metafile yet. */
+int gprint_meta();
+
 void gobj_reset();

@@ -23,7 +23,6 @@ struct WorkstationState {
     std::string name = "X11_Graph";
     std::string title = "X11_Graph";
     EventProc event_call = nullptr;
-    void *event_data = nullptr;
 };
 WorkstationState state;
 } // namespace
@@ -171,15 +170,11 @@ const char *gget_x_name() { return state.name.c_str(); }
 
 const char *gget_title() { return state.title.c_str(); }
 
-int gset_event_call(EventProc proc, void *data) {
+int gset_event_call(EventProc proc) {
     state.event_call = proc;
-    state.event_data = data;
     return 1;
 }
 
-EventProc gget_event_call(void **data) {
-    *data = state.event_data;
-    return state.event_call;
-}
+EventProc gget_event_call() { return state.event_call; }
 
 void gworkstation_reset() { state = WorkstationState{}; }

@@ -61,9 +61,10 @@ void gset_names(const char *name, const char *title);
 const char *gget_x_name();
 const char *gget_title();
 
-/* Procedures of the layers above, kept for the window's wait. */
-using EventProc = void (*)(float x, float y, void *data, const char *name);
-int gset_event_call(EventProc proc, void *data);
-EventProc gget_event_call(void **data);
+/* The procedure of the layers above that is told what happens in a window: a place in world
+ * coordinates, what kind of event (EventKind), and its name; null for none. */
+using EventProc = void (*)(float x, float y, int kind, const char *name);
+int gset_event_call(EventProc proc);
+EventProc gget_event_call();
 
 void gworkstation_reset();

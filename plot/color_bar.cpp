@@ -250,3 +250,14 @@ int CONT_bar(int, const char *title) {
     GPH_sel_tran(kData);
     return 0;
 }
+
+int CONT_bar_level(float x, float y, float *level) {
+    Bar bar;
+    if (CONT_get_bar() <= 0 || !count_steps(&bar) || !place(&bar, false))
+        return 0;
+    if (x < bar.x0 || x >= bar.x1 || y < bar.boxes_bottom || y > bar.boxes_top)
+        return 0;
+    const float step = (x - bar.x0) / (bar.x1 - bar.x0) * float(bar.steps);
+    *level = step_value(bar, std::min(int(step), bar.steps - 1));
+    return 1;
+}

@@ -7,3 +7,6 @@
  * title may be null.  Leaves transform 2 selected.
  * Returns 0; -1 when there is nothing to draw, too much or no room. */
 int CONT_bar(int position, const char *title);
+
+/* Level whose box stands at a place of the page.  1, or 0 outside of the boxes. */
+int CONT_bar_level(float x, float y, float *level);

@@ -18,10 +18,15 @@ struct DumpOptions {
 };
 DumpOptions *PLT_dump_options();
 
-/* Writes a frame, from 0 (-4: every frame), or without frames the whole window, to a file under
+constexpr int DUMP_ALL = -4; // frames
+
+/* Writes a frame, from 0, or all, or without frames the whole window, to a file under
  * `image_path`.  The convention's keys are i, the number of the frame or "win", and p, the title of
  * the window; its date is now.  Returns 0, also after a message about a file that was not written;
  * -1 without a form. */
 int PLT_dump(int frame);
+
+/* Lends the writers of GIF and window dumps to the keys of the window. */
+void PLT_lend_dumps();
 
 void PLT_dump_reset();

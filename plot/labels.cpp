@@ -88,6 +88,11 @@ void PLT_label_ll(const char *text) { store(LL, text); }
 void PLT_label_lc(const char *text) { store(LC, text); }
 void PLT_label_lr(const char *text) { store(LR, text); }
 
+const char *PLT_get_label(int slot, int line) {
+    const bool known = slot >= 0 && slot < kSlots && line >= 0 && line < kLines;
+    return known ? labels.slots[slot].lines[line].c_str() : "";
+}
+
 void PLT_set_label_line(int n) {
     labels.line = std::clamp(n, 0, kLines - 1);
     labels.lines = std::max(labels.lines, labels.line);

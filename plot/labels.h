@@ -17,6 +17,9 @@ void PLT_label_ll(const char *text);
 void PLT_label_lc(const char *text);
 void PLT_label_lr(const char *text);
 
+/* Text of a slot (0 upper left to 5 lower right) and line; "" outside. */
+const char *PLT_get_label(int slot, int line);
+
 void PLT_set_label_line(int n); // 0 to 5
 int PLT_next_label_line();      // the new line, or -1 behind the last
 

@@ -5,6 +5,7 @@
 #include "files/stream.h"
 #include "kernel/gph.h"
 #include "kernel/primitives.h"
+#include "kernel/x11_image.h"
 #include "plot/domain.h"
 #include "plot/map_grid.h"
 #include "plot/page_state.h"
@@ -24,8 +25,8 @@
 #include <string>
 
 namespace {
-constexpr int kData = 2;       // transform
-constexpr int kListWord = 255; // characters of a word in a list file
+constexpr int kPage = 1, kData = 2; // transforms
+constexpr int kListWord = 255;      // characters of a word in a list file
 constexpr int kMostListWords = 10000;
 constexpr const char *kGridStyle = "magenta:s4";
 constexpr int kGridLine = 4; // line type
@@ -205,6 +206,27 @@ int draw_stations(const char *spec) {
     return PLOT_file(spec + kPrefix, 0);
 }
 
+/* "name[:transparent colour][:x:y]", drawn in the clip of the current transform. */
+int draw_image(const char *spec) {
+    const char *text = spec + strlen("im:");
+    const size_t length = strcspn(text, ":");
+    char color[64] = "";
+    int x = 0, y = 0;
+    if (sscanf(text + length, ":%63[^:]:%d:%d", color, &x, &y) < 1)
+        sscanf(text + length, "::%d:%d", &x, &y);
+    std::string path;
+    FILE_join_path(RES_get("image_path"), std::string(text, length).c_str(), &path);
+    PLT_message("Map-image: %s", path.c_str());
+    return goverlay_image_file(path.c_str(), color, x, y);
+}
+
+int draw_page_image(const char *spec) {
+    GPH_sel_tran(kPage);
+    const int result = draw_image(spec);
+    GPH_sel_tran(kData);
+    return result;
+}
+
 int not_there(const char *what, const char *spec) {
     MSG_print(MSG_WARN, "MAP_process: %s in map lists are not there yet: %s\n", what, spec);
     return -1;
@@ -216,8 +238,8 @@ struct MapKind {
 };
 /* What is none of these is a map file. */
 constexpr MapKind kKinds[] = {
-    {"im:", [](const char *spec) { return not_there("Images", spec); }},
-    {"if:", [](const char *spec) { return not_there("Page images", spec); }},
+    {"im:", draw_image},
+    {"if:", draw_page_image},
     {"mf:", [](const char *spec) { return not_there("Metafiles", spec); }},
     {"rf:", draw_stations},
     {"lalo", draw_lalo},

@@ -81,17 +81,12 @@ void PLT_exit(int status) {
 void PLT_set_event_handler(EventProc proc) {
     state.handlers.event = proc;
     if (proc)
-        gset_event_call(proc, nullptr);
+        gset_event_call(proc);
 }
 
 void PLT_set_zoom_handler(PlotProc proc) { state.handlers.zoom = proc; }
 
 void PLT_set_redraw_handler(PlotProc proc) { state.handlers.redraw = proc; }
-
-void PLT_set_timer_handler(int seconds, TimerProc proc) {
-    state.handlers.timer_seconds = seconds;
-    state.handlers.timer = proc;
-}
 
 const PlotHandlers *PLT_handlers() { return &state.handlers; }
 

@@ -22,21 +22,17 @@ int PLT_close();
 /* Closes the kernel and ends the process. */
 [[noreturn]] void PLT_exit(int status);
 
-/* The procedures: for events (null leaves the kernel's as it is), for a replot after a zoom or a
- * redraw, and one every few seconds.  The events of a window call them. */
+/* The procedures: for events (null leaves the kernel's as it is), and for a replot after a zoom or
+ * a redraw. */
 using PlotProc = int (*)(Domain *domain);
-using TimerProc = void (*)();
 void PLT_set_event_handler(EventProc proc);
 void PLT_set_zoom_handler(PlotProc proc);
 void PLT_set_redraw_handler(PlotProc proc);
-void PLT_set_timer_handler(int seconds, TimerProc proc);
 
 struct PlotHandlers {
     EventProc event = nullptr;
     PlotProc zoom = nullptr;
     PlotProc redraw = nullptr;
-    TimerProc timer = nullptr;
-    int timer_seconds = 0;
 };
 const PlotHandlers *PLT_handlers();
 

@@ -1,4 +1,6 @@
 #include "plot/plot_param.h"
+#include "kernel/frames.h"
+#include "kernel/x11_window.h"
 
 #include "files/date_time.h"
 #include "files/file_name.h"
@@ -144,16 +146,16 @@ constexpr ParamWord kWords[] = {
     {"nolcmap", 0, [](const char *) { gset_private_cmap(0); }},
     {"rwclr", 0, [](const char *) { gset_rw_colors(1); }},
     {"norwclr", 0, [](const char *) { gset_rw_colors(0); }},
-    {"nolooptitle", 0, [](const char *) { params.loop_title = 0; }},
+    {"nolooptitle", 0, [](const char *) { gset_loop_title(0); }},
     {"pscolor", 0,
      [](const char *) {
          gps_set_color_mode(1);
          gset_inverse(1);
      }},
     {"psrev", 0, [](const char *) { gps_set_reverse(1); }},
-    {"clear", 0, [](const char *) { params.attach_mode = 1; }},
-    {"new", 0, [](const char *) { params.attach_mode = 2; }},
-    {"kill", 0, [](const char *) { params.attach_mode = 9; }},
+    {"clear", 0, [](const char *) { gset_attach_mode(1); }},
+    {"new", 0, [](const char *) { gset_attach_mode(2); }},
+    {"kill", 0, [](const char *) { gset_attach_mode(9); }},
     {"bar", 3, set_bar},
     {"nobar", 0, [](const char *) { CONT_set_bar(kNoBar); }},
     {"nohdr", 0, [](const char *) { PLT_dump_options()->image_header = 0; }},

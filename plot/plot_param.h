@@ -7,13 +7,11 @@
  * "png" of out_file.  Unknown keywords belong to others. */
 void PLT_param();
 
-/* What keywords ask of parts that are not there yet, and for numbers without effect here. */
+/* What keywords ask for without effect here. */
 struct PlotParams {
-    int attach_mode = 0; // of an attached window: 1 clear, 2 new, 9 kill
-    int loop_title = 1;  // the title shows the frame
-    int grid_x = 0;      // "gridx"
-    int thin_grid = 0;   // "plt_grid"
-    int max_bad = 0;     // bad records that a grid file may have
+    int grid_x = 0;     // "gridx"
+    int thin_grid = 0;  // "plt_grid"
+    int max_bad = 0;    // bad records that a grid file may have
     std::string grid_format;
 };
 const PlotParams *PLT_params();

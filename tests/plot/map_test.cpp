@@ -129,7 +129,7 @@ TEST_F(MapTest, WhatIsNotThereIsToldOf) {
     for (const auto &[list, message] : {
              std::pair{"none.map:red", "MAP_process: Map file not found: none.map\n"},
              {"fi:none.lst", "MAP_draw: Unable to open map list file: none.lst\n"},
-             {"IM:a.gif", "MAP_process: Images in map lists are not there yet: IM:a.gif\n"},
+             {"MF:a.meta", "MAP_process: Metafiles in map lists are not there yet: MF:a.meta\n"},
              {"fi:many", "MAP_draw: Map list file is too long: many\n"},
              {"fi:self", "MAP_process: Map file not found: fi\n" // it is not followed
                          "MAP_draw: Word too long in map list file: self\n"},

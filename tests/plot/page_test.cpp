@@ -42,10 +42,9 @@ TEST_F(PlotPageTest, PictureNamesFollowTheirConvention) {
     open_page();
     FILE_set_name("@/data/%Y.nid");
     FILE_set_current("kept");
-    EXPECT_EQ(picture(DUMP_GIF, ""),
-              "PLT_dump: Writing of GIF files is not there yet: pics/qra.gif\n");
+    EXPECT_EQ(picture(DUMP_GIF, ""), "PLT_dump: Unable to write GIF file: pics/qra.gif\n");
     EXPECT_EQ(picture(DUMP_XWD, "/a/%p-%i.xwd"),
-              "PLT_dump: Writing of xdump files is not there yet: /a/A_map-win.xwd\n");
+              "PLT_dump: Unable to write xdump file: /a/A_map-win.xwd\n");
     EXPECT_EQ(picture(99, "x") + picture(-1, "x"), "");
     EXPECT_EQ(FILE_state().conv_input, "/data/%Y.nid");
     EXPECT_STREQ(FILE_get_current(), "kept");
