@@ -9,9 +9,9 @@ void PLT_param();
 
 /* What keywords ask for without effect here. */
 struct PlotParams {
-    int grid_x = 0;     // "gridx"
-    int thin_grid = 0;  // "plt_grid"
-    int max_bad = 0;    // bad records that a grid file may have
+    int grid_x = 0;    // "gridx"
+    int thin_grid = 0; // "plt_grid"
+    int max_bad = 0;   // bad records that a grid file may have
     std::string grid_format;
 };
 const PlotParams *PLT_params();
