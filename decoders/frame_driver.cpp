@@ -66,12 +66,17 @@ void note_time() {
 /* A frame for the next picture: that of the plot before, which it replaces, or a new one. */
 int next_frame(int drawn) { return gnew_frame(drawn < gget_frame_count() ? drawn : -1); }
 
-/* Draws the file now open, into a frame of its own where frames loop. */
-void draw_frame(const PlotSteps &steps, Domain *domain, int drawn, bool looping) {
+/* Draws the file now open, into a frame of its own where frames loop.  False, after a message,
+ * without room for one. */
+bool draw_frame(const PlotSteps &steps, Domain *domain, int drawn, bool looping) {
     if (domain->proj == MISSING)
         late_domain(steps, domain);
     note_time();
     const int frame = looping ? next_frame(drawn) : drawn;
+    if (frame < 0) {
+        steps.close();
+        return false;
+    }
     if (looping)
         gselect_frame(frame);
     steps.draw();
@@ -79,9 +84,10 @@ void draw_frame(const PlotSteps &steps, Domain *domain, int drawn, bool looping)
     if (looping)
         gdisplay_frame(frame);
     PLT_dump(frame);
+    return true;
 }
 
-/* Draws the files of the series.  Returns how many could be read. */
+/* Draws the files of the series.  Returns how many were. */
 int draw_series(const PlotSteps &steps, Domain *domain, bool looping) {
     std::string name;
     int drawn = 0;
@@ -91,10 +97,15 @@ int draw_series(const PlotSteps &steps, Domain *domain, bool looping) {
                 break;
             continue;
         }
-        draw_frame(steps, domain, drawn, looping && gis_x11_window());
-        drawn++;
+        drawn += draw_frame(steps, domain, drawn, looping && gis_x11_window());
     }
     return drawn;
+}
+
+/* Frames of the plot before that no file has replaced. */
+void drop_stale_frames(int drawn) {
+    while (drawn > 0 && gget_frame_count() > drawn && gdelete_frame(FRAME_LAST)) {
+    }
 }
 
 } // namespace
@@ -113,13 +124,14 @@ int FRAME_plot(const PlotSteps &steps, Domain *domain) {
     if (looping && !gis_x11_window())
         MSG_print(MSG_WARN, "FRAME_plot: A series shares one page on this device\n");
     const int drawn = draw_series(steps, domain, looping);
-    if (redraw)
-        return 0;
-    if (drawn == 0)
+    if (!redraw && drawn == 0)
         PLT_exit(10); // no usable file in the whole series
+    if (looping && gis_x11_window())
+        drop_stale_frames(drawn);
     if (looping)
         gset_looping(1);
-    PLT_close();
+    if (!redraw)
+        PLT_close();
     return 0;
 }
 

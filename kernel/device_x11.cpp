@@ -13,6 +13,7 @@
 #include "kernel/x11_window.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <iterator>
 #include <new>
@@ -22,6 +23,7 @@ namespace {
 constexpr int kAttachClear = 1;   // attach mode
 constexpr double kWidest = 32767; // pixels of a line
 constexpr int kFewPoints = 4000;
+constexpr int kPart = 64;       // points of a list that are converted at once
 constexpr int kRequestHead = 8; // words, and some to spare
 
 struct DrawState {
@@ -55,9 +57,15 @@ XPoint *to_pixels(const char *call, int n, const Point *points) {
         }
     }
     const Device &device = gdevice();
-    for (int i = 0; i < n; i++)
-        draw.points[size_t(i)] = pixel_at(gworld_to_device(device, points[i]));
-    return draw.points.data();
+    XPoint *pixels = draw.points.data();
+    Point places[kPart];
+    for (int at = 0; at < n; at += kPart) {
+        const int part = std::min(kPart, n - at);
+        gworld_to_device(device, part, points + at, places);
+        for (int i = 0; i < part; i++)
+            pixels[at + i] = pixel_at(places[i]);
+    }
+    return pixels;
 }
 
 /* Points that fit into one request: four bytes each, as the words that the server counts.  Every
@@ -85,6 +93,58 @@ void draw_polyline(int n, const Point *points) {
         draw_lines(gx11().line_gc, n, pixels);
 }
 
+void fill_box(int x, int y, int width, int height) {
+    const X11State &x11 = gx11();
+    XFillRectangle(x11.display, x11.draw_pixmap, x11.fill_gc, x, y, unsigned(width),
+                   unsigned(height));
+}
+
+bool is_upright(const XPoint *p) {
+    return (p[0].x == p[1].x && p[1].y == p[2].y && p[2].x == p[3].x && p[3].y == p[0].y) ||
+           (p[0].y == p[1].y && p[1].x == p[2].x && p[2].y == p[3].y && p[3].x == p[0].x);
+}
+
+/* Four corners that turn one way only; the server fills them quicker when it is told. */
+bool is_convex(const XPoint *p) {
+    bool left = false, right = false;
+    for (int i = 0; i < 4; i++) {
+        const XPoint a = p[i], b = p[i + 1], c = p[(i + 2) % 4];
+        const int64_t turn = int64_t(b.x - a.x) * (c.y - b.y) - int64_t(b.y - a.y) * (c.x - b.x);
+        left |= turn > 0;
+        right |= turn < 0;
+    }
+    return left != right;
+}
+
+/* The corners of a cell that is up to two pixels wide and high. */
+void fill_corners(const XPoint *p, int left, int top) {
+    unsigned rows[2] = {}; // a bit to a pixel
+    for (int i = 0; i < 4; i++)
+        rows[p[i].y - top] |= 1u << (p[i].x - left);
+    for (int row = 0; row < 2; row++)
+        if (rows[row])
+            fill_box(left + (rows[row] == 2), top + row, rows[row] == 3 ? 2 : 1, 1);
+}
+
+/* A cell of four corners, the first once more behind them, by the least that gives the pixels of
+ * area and outline together.  Upright boxes and the corners of the smallest are boxes, which the
+ * library gathers into one request; and what is up to two pixels wide is all outline. */
+void draw_cell(XPoint *p) {
+    const X11State &x = gx11();
+    const auto [left, right] = std::minmax({p[0].x, p[1].x, p[2].x, p[3].x});
+    const auto [top, bottom] = std::minmax({p[0].y, p[1].y, p[2].y, p[3].y});
+    const int across = right - left, down = bottom - top;
+    const bool is_dot = across == 0 && down == 0; // shown or not, as the server has it
+    if (!is_dot && is_upright(p))
+        return fill_box(left, top, across + 1, down + 1);
+    if (!is_dot && across <= 1 && down <= 1)
+        return fill_corners(p, left, top);
+    if (across > 1 && down > 1)
+        XFillPolygon(x.display, x.draw_pixmap, x.fill_gc, p, 5, is_convex(p) ? Convex : Nonconvex,
+                     CoordModeOrigin);
+    XDrawLines(x.display, x.draw_pixmap, x.fill_gc, p, 5, CoordModeOrigin);
+}
+
 /* An area and its outline.  So many points stand on few places: what repeats is
  * left out where one request has no room for all. */
 void draw_area(int n, const Point *points) {
@@ -92,6 +152,8 @@ void draw_area(int n, const Point *points) {
     XPoint *pixels = to_pixels("gfill_area", n, points);
     if (!pixels)
         return;
+    if (n == 5 && pixels[4].x == pixels[0].x && pixels[4].y == pixels[0].y)
+        return draw_cell(pixels);
     if (!fits(n)) {
         const auto same = [](XPoint a, XPoint b) { return a.x == b.x && a.y == b.y; };
         n = int(std::unique(pixels, pixels + n, same) - pixels);
@@ -270,6 +332,7 @@ void init(int stage) {
 }
 
 int open_window(const char *connection) {
+    gevents_forget();
     gobj_set_poll([] { gpoll_events(); });
     return gx11_open_window(connection);
 }

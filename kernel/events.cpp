@@ -347,7 +347,6 @@ void expose(const XExposeEvent &event) {
     state.shown = NextRequest(gx11().display);
     gx11().mapped = true;
     gcopy_to_window();
-    grubber_forget();
 }
 
 // Taking and acting
@@ -376,9 +375,12 @@ void note(const XEvent &event, Place at) {
 /* Of motions in a row the last one counts. */
 void note_motion(XEvent event) {
     XEvent next;
-    while (XPending(gx11().display) > 0 && XPeekEvent(gx11().display, &next) == 0 &&
-           next.type == MotionNotify)
+    while (XPending(gx11().display) > 0) {
+        XPeekEvent(gx11().display, &next);
+        if (next.type != MotionNotify)
+            break;
         XNextEvent(gx11().display, &event);
+    }
     if (!state.noted.empty() && state.noted.back().event.type == MotionNotify)
         state.noted.back().event = event;
     else
@@ -481,10 +483,8 @@ void set_wait_cursor(int slot) {
 void loop_pass() {
     set_wait_cursor(CURSOR_LOOP);
     gframe_wait();
-    if (state.wait == Wait::Waiting && listening() && gx11().mapped && gis_looping()) {
+    if (state.wait == Wait::Waiting && listening() && gx11().mapped && gis_looping())
         gdisplay_frame(gnext_frame(0));
-        grubber_forget();
-    }
     state.mark = Clock::now();
     gpoll_events();
 }
@@ -586,6 +586,14 @@ int gset_rubber(int mode) {
 void gset_frame_dump(FrameWriter gif, FrameWriter xwd) {
     state.gif = gif;
     state.xwd = xwd;
+}
+
+void gevents_forget() {
+    state.noted.clear();
+    state.size_noted = false;
+    state.lost = false;
+    state.shown = 0;
+    grubber_reset();
 }
 
 void gevents_reset() {

@@ -34,4 +34,7 @@ int gset_rubber(int mode);
 using FrameWriter = int (*)(const char *file);
 void gset_frame_dump(FrameWriter gif, FrameWriter xwd);
 
+/* Drops what was noted, for a new window: it was meant for the one before. */
+void gevents_forget();
+
 void gevents_reset();

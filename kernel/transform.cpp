@@ -245,9 +245,18 @@ float gtran_y(float v, int from, int to) {
 }
 
 Point gworld_to_device(const Device &device, Point world) {
-    const float y = ndc_y(world.y);
-    return {device_x(ndc_x(world.x), device.limit),
-            device.y_down ? device_y_down(y, device.limit) : device_y_up(y, device.limit)};
+    Point out;
+    gworld_to_device(device, 1, &world, &out);
+    return out;
+}
+
+void gworld_to_device(const Device &device, int n, const Point *world, Point *out) {
+    const float limit = device.limit;
+    const bool y_down = device.y_down;
+    for (int i = 0; i < n; i++) {
+        const float x = ndc_x(world[i].x), y = ndc_y(world[i].y);
+        out[i] = {device_x(x, limit), y_down ? device_y_down(y, limit) : device_y_up(y, limit)};
+    }
 }
 
 float gndc_to_px_x(float x) { return device_x(x, kPixelLimit); }

@@ -45,6 +45,7 @@ float gtran_y(float v, int from, int to);
 
 /* World coordinates to those of a device: its own limit, its own direction of y. */
 Point gworld_to_device(const Device &device, Point world);
+void gworld_to_device(const Device &device, int n, const Point *world, Point *out);
 
 /* World and normalised coordinates to pixels (limit 30000, y down) and points (limit 100000). */
 float gworld_to_px_x(float x);

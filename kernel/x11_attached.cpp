@@ -141,12 +141,19 @@ void ask_for_picture() {
 
 int place_in(int full, float fraction) { return gtrunc(double(float(full) * fraction)); }
 
+/* Upper edge of a part of a page, which is told from below.  A hair is added, as thirds and the
+ * like leave a tile just short of its pixel. */
+int top_in(int full, const PagePart &part) {
+    constexpr double kHair = 0.01; // pixels
+    return gtrunc(full * (1.0 - double(part.y) - double(part.h)) + kHair);
+}
+
 void place_fraction(const char *text) {
     PagePart part;
     gpage_part(text, &part);
     KernelState &kern = gstate();
     kern.ws_x = std::clamp(place_in(kern.full_width, part.x), -X11_MAX_SIDE, X11_MAX_SIDE);
-    kern.ws_y = std::clamp(place_in(kern.full_height, part.y), -X11_MAX_SIDE, X11_MAX_SIDE);
+    kern.ws_y = std::clamp(top_in(kern.full_height, part), -X11_MAX_SIDE, X11_MAX_SIDE);
     kern.ws_width = std::clamp(place_in(kern.full_width, part.w), 1, X11_MAX_SIDE);
     kern.ws_height = std::clamp(place_in(kern.full_height, part.h), 1, X11_MAX_SIDE);
 }

@@ -14,7 +14,9 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 
@@ -46,7 +48,8 @@ void trace_image(const Image &image) {
     MSG_print(kTrace, "blue_mask: %lX\n", static_cast<unsigned long>(image.blue_mask));
 }
 
-/* Steps a component of a pixel to its next value; beyond the mask it begins again. */
+/* Steps a component of a pixel to its next value; beyond the mask it begins
+ * again. */
 unsigned long next_value(unsigned long value, unsigned long mask) {
     const unsigned long low = mask & (~mask + 1);
     value += low;
@@ -99,6 +102,21 @@ int take_pixels(const XImage &from, Image *image) {
     return 1;
 }
 
+/* The size of the window, as far as there is a picture: one that has grown
+ * shows more only once it is drawn again. */
+bool take_size(const XWindowAttributes &window, Image *image) {
+    const X11State &x = gx11();
+    Window root;
+    int left, top;
+    unsigned width, height, border, depth;
+    if (!XGetGeometry(x.display, x.draw_pixmap, &root, &left, &top, &width, &height, &border,
+                      &depth))
+        return false;
+    image->width = std::min(window.width, int(width));
+    image->height = std::min(window.height, int(height));
+    return true;
+}
+
 // ---- Onto the window ----
 
 /* A component of 0 to 1 in its place of a pixel. */
@@ -117,11 +135,30 @@ float component(uint32_t pixel, uint32_t mask) {
     return float((pixel & mask) >> shift) / float(mask >> shift);
 }
 
+/* The defined colour that comes nearest. */
+unsigned long nearest_cell(float r, float g, float b) {
+    int nearest = -1;
+    float least = 4.0f; // more than any two colours differ
+    for (int i = 0; i < COLOR_BACKGROUND; i++) {
+        float cr, cg, cb;
+        gget_rgb(i, &cr, &cg, &cb);
+        const float away = std::fabs(r - cr) + std::fabs(g - cg) + std::fabs(b - cb);
+        if (gget_pixel(i) >= 0 && away < least) {
+            least = away;
+            nearest = i;
+        }
+    }
+    return static_cast<unsigned long>(gget_pixel(nearest));
+}
+
 /* Turns pixels of a picture into pixels of the display. */
 struct PixelMap {
+    static constexpr int kSteps = 6; // of a component, where few colours stand for many
     const Image &image;
-    unsigned long keep; // stands for its colour, where that occurs
-    long cell[256];     // of a picture with colours, found at the first need; -1 before
+    unsigned long keep;   // stands for its colour, where that occurs
+    long cell[256];       // of each colour of the picture, found at the first need; -1
+                          // before
+    bool crowded = false; // a colour found no index of its own
 
     PixelMap(const Image &from, unsigned long transparent) : image(from), keep(transparent) {
         std::fill(std::begin(cell), std::end(cell), -1L);
@@ -133,22 +170,43 @@ struct PixelMap {
     }
 
     /* Of a display with few colours, existing cells are shared. */
-    unsigned long color_cell(float r, float g, float b) const {
+    unsigned long color_cell(float r, float g, float b) {
         if (gstate().depth > 8)
             return packed(r, g, b);
         if (gsame_color(r, g, b, int(keep), 1))
             return keep;
-        return static_cast<unsigned long>(galloc_color(r, g, b, -1));
+        const int pixel = galloc_color(r, g, b, -1);
+        if (pixel >= 0)
+            return static_cast<unsigned long>(pixel);
+        if (!crowded)
+            MSG_print(MSG_WARN, "goverlay_image: Too many colors, like ones are used\n");
+        crowded = true;
+        return nearest_cell(r, g, b);
+    }
+
+    unsigned long known_cell(size_t index, float r, float g, float b) {
+        long &known = cell[index & 255];
+        if (known < 0)
+            known = long(color_cell(r, g, b));
+        return static_cast<unsigned long>(known);
     }
 
     unsigned long indexed(uint32_t value) {
         const size_t index = value < uint32_t(image.ncolors) ? value : 0;
-        long &known = cell[index & 255];
-        if (known < 0) {
-            const float *c = &image.colors[3 * index];
-            known = long(color_cell(c[0], c[1], c[2]));
-        }
-        return static_cast<unsigned long>(known);
+        const float *c = &image.colors[3 * index];
+        return known_cell(index, c[0], c[1], c[2]);
+    }
+
+    /* A pixel that is made of components. */
+    unsigned long mixed(uint32_t value) {
+        const float r = component(value, image.red_mask), g = component(value, image.green_mask);
+        const float b = component(value, image.blue_mask);
+        if (gstate().depth > 8)
+            return packed(r, g, b);
+        const auto step = [](float c) { return int(c * float(kSteps - 1) + 0.5f); };
+        const auto full = [](int n) { return float(n) / float(kSteps - 1); };
+        const int nr = step(r), ng = step(g), nb = step(b);
+        return known_cell(size_t((nr * kSteps + ng) * kSteps + nb), full(nr), full(ng), full(nb));
     }
 
     unsigned long gray(uint32_t value) const {
@@ -164,8 +222,7 @@ struct PixelMap {
             image.green_mask == x11.green_mask)
             return value & (x11.red_mask | x11.green_mask | x11.blue_mask);
         if (image.depth > 8)
-            return packed(component(value, image.red_mask), component(value, image.green_mask),
-                          component(value, image.blue_mask));
+            return mixed(value);
         return image.ncolors > 0 ? indexed(value) : gray(value);
     }
 };
@@ -198,13 +255,13 @@ OwnedImage make_image(int width, int height) {
     return made && made->data ? std::move(made) : nullptr;
 }
 
-/* Fills the display's form of a picture, and a bitmap of what shows, lowest bit first. */
+/* Fills the display's form of a picture, or of its upper left part, and a
+ * bitmap of what shows, lowest bit first. */
 std::vector<char> convert(PixelMap map, XImage *to) {
-    const Image &image = map.image;
-    const size_t stride = size_t(image.width + 7) / 8;
-    std::vector<char> shows(stride * size_t(image.height), 0);
-    for (int y = 0; y < image.height; y++)
-        for (int x = 0; x < image.width; x++) {
+    const size_t stride = size_t(to->width + 7) / 8;
+    std::vector<char> shows(stride * size_t(to->height), 0);
+    for (int y = 0; y < to->height; y++)
+        for (int x = 0; x < to->width; x++) {
             const unsigned long pixel = map(x, y);
             XPutPixel(to, x, y, pixel);
             if (pixel != map.keep)
@@ -214,9 +271,12 @@ std::vector<char> convert(PixelMap map, XImage *to) {
 }
 
 /* From the near edge, or below 0 from the far one. */
-int place_at(int offset, int start, int room, int size) {
-    return offset < 0 ? offset + start + room - size : offset + start;
+int64_t place_at(int offset, int start, int room, int size) {
+    return int64_t(offset) + start + (offset < 0 ? room - size : 0);
 }
+
+/* What the protocol can tell; all that is beyond lies outside the window. */
+bool is_place(int64_t value) { return value == int16_t(value); }
 
 bool has_target() { return gx11().display && gx11().draw_pixmap; }
 
@@ -228,12 +288,10 @@ int gget_image(Image *image) {
         return 0;
     const X11State &x = gx11();
     XWindowAttributes window;
-    if (!XGetWindowAttributes(x.display, x.window, &window)) {
+    if (!XGetWindowAttributes(x.display, x.window, &window) || !take_size(window, image)) {
         MSG_print(MSG_WARN, "gget_image: Can't get target window attributes\n");
         return 0;
     }
-    image->width = window.width;
-    image->height = window.height;
     take_name(image);
     const OwnedImage from(XGetImage(x.display, x.draw_pixmap, 0, 0, unsigned(image->width),
                                     unsigned(image->height), AllPlanes, ZPixmap));
@@ -253,22 +311,27 @@ int gget_image(Image *image) {
 int goverlay_image(const Image &image, const char *color, int x, int y) {
     if (!has_target() || image.data.empty())
         return 0;
-    const X11State &x11 = gx11();
-    const OwnedImage made = make_image(image.width, image.height);
-    if (!made)
-        return 0;
-    const std::vector<char> shows = convert(PixelMap(image, transparent_pixel(color)), made.get());
-    const Pixmap mask = XCreateBitmapFromData(x11.display, x11.draw_pixmap, shows.data(),
-                                              unsigned(image.width), unsigned(image.height));
     ClipRect clip;
     gclip_rect(&clip);
-    const int left = place_at(x, clip.x, clip.width, image.width);
-    const int top = place_at(y, clip.y, clip.height, image.height);
+    const int64_t left = place_at(x, clip.x, clip.width, image.width);
+    const int64_t top = place_at(y, clip.y, clip.height, image.height);
+    const int width = std::min<int>(clip.width, image.width);
+    const int height = std::min<int>(clip.height, image.height);
+    if (width < 1 || height < 1 || !is_place(left) || !is_place(top))
+        return 0;
+    const X11State &x11 = gx11();
+    const OwnedImage made = make_image(width, height);
+    if (!made) {
+        MSG_print(MSG_WARN, "goverlay_image: Unable to allocate data buffer.\n");
+        return 0;
+    }
+    const std::vector<char> shows = convert(PixelMap(image, transparent_pixel(color)), made.get());
+    const Pixmap mask = XCreateBitmapFromData(x11.display, x11.draw_pixmap, shows.data(),
+                                              unsigned(width), unsigned(height));
     XSetClipMask(x11.display, x11.gc, mask);
-    XSetClipOrigin(x11.display, x11.gc, left, top);
-    XPutImage(x11.display, x11.draw_pixmap, x11.gc, made.get(), 0, 0, left, top,
-              unsigned(std::min<int>(clip.width, image.width)),
-              unsigned(std::min<int>(clip.height, image.height)));
+    XSetClipOrigin(x11.display, x11.gc, int(left), int(top));
+    XPutImage(x11.display, x11.draw_pixmap, x11.gc, made.get(), 0, 0, int(left), int(top),
+              unsigned(width), unsigned(height));
     XSetClipMask(x11.display, x11.gc, None);
     XFreePixmap(x11.display, mask);
     return 0;

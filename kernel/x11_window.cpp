@@ -1,6 +1,7 @@
 #include "kernel/x11_window.h"
 
 #include "kernel/colors.h"
+#include "kernel/rubber.h"
 #include "kernel/state.h"
 #include "kernel/workstation.h"
 #include "kernel/x11_state.h"
@@ -164,6 +165,7 @@ int gcopy_to_window() {
     if (state.window != state.base_pixmap)
         XCopyArea(state.display, state.base_pixmap, state.window, state.gc, 0, 0,
                   unsigned(kern.full_width), unsigned(kern.full_height), 0, 0);
+    grubber_forget();
     return gsync();
 }
 

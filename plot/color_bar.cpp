@@ -255,7 +255,7 @@ int CONT_bar_level(float x, float y, float *level) {
     Bar bar;
     if (CONT_get_bar() <= 0 || !count_steps(&bar) || !place(&bar, false))
         return 0;
-    if (x < bar.x0 || x >= bar.x1 || y < bar.boxes_bottom || y > bar.boxes_top)
+    if (!(x >= bar.x0 && x < bar.x1 && y >= bar.boxes_bottom && y <= bar.boxes_top))
         return 0;
     const float step = (x - bar.x0) / (bar.x1 - bar.x0) * float(bar.steps);
     *level = step_value(bar, std::min(int(step), bar.steps - 1));

@@ -1,6 +1,7 @@
 #include "plot/pointer.h"
 
 #include "kernel/color_table.h"
+#include "kernel/colors.h"
 #include "kernel/events.h"
 #include "kernel/frames.h"
 #include "kernel/gph.h"
@@ -20,6 +21,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <cstring>
 #include <thread>
 
 namespace {
@@ -40,10 +42,14 @@ PointerState pointer;
 
 bool is_event(const char *name, const char *event) { return STR_casecmp(name, event) == 0; }
 
+/* The end of a rectangle, also with Shift still held. */
+bool is_release(const char *name) { return STR_ncasecmp(name, "B1-R", strlen("B1-R")) == 0; }
+
 // ---- Zoom ----
 
 /* Plots again, under the cursor of work. */
 void replot(PlotProc plot, Domain *domain) {
+    DOM_print(kDomain, domain);
     if (!plot)
         return;
     const int cursor = gset_cursor(CURSOR_WORK);
@@ -53,23 +59,20 @@ void replot(PlotProc plot, Domain *domain) {
     gset_cursor(cursor);
 }
 
-void replot_zoomed(Domain *domain) {
-    DOM_print(kDomain, domain);
-    gsel_norm_tran(0);
-    replot(PLT_handlers()->zoom, domain);
-}
-
-/* The domain of a rectangle on a map; its cells stay square. */
-void zoom_on_earth(float x, float y, float width, float height, Domain *domain) {
+/* The domain of a rectangle on a map; its cells stay square.  False for one beside the earth. */
+bool zoom_on_earth(float x, float y, float width, float height, Domain *domain) {
     PRJ_xy_to_latlon(x + width / 2.0f, y + height / 2.0f, &domain->clat, &domain->clon);
+    if (domain->clat == MISSING_F || domain->clon == MISSING_F)
+        return false;
     const float dx = width / float(std::max(domain->nx - 1, 1));
     const float dy = height / float(std::max(domain->ny - 1, 1));
     domain->dx = domain->dy = std::max(dx, dy);
     DOM_set_priority(height);
+    return true;
 }
 
 /* And on a diagram, where a domain begins at its low corner. */
-void zoom_on_diagram(float x, float y, float width, float height, Domain *domain) {
+bool zoom_on_diagram(float x, float y, float width, float height, Domain *domain) {
     float far_x = width, far_y = height;
     domain->clat = x;
     domain->clon = y;
@@ -82,6 +85,7 @@ void zoom_on_diagram(float x, float y, float width, float height, Domain *domain
     const bool as_given = domain->proj == PROJ_ANGLE || domain->proj == PROJ_SKEWT;
     domain->dx = as_given ? width : far_x;
     domain->dy = domain->proj == PROJ_ANGLE ? height : far_y;
+    return true;
 }
 
 int zoom_into(float x, float y) {
@@ -92,15 +96,16 @@ int zoom_into(float x, float y) {
     PRJ_get_domain(&domain);
     MSG_print(kDomain, "New domain: ");
     DOM_print(kDomain, &domain);
-    if (pointer.zooms++ == 0)
-        pointer.original = domain;
+    const Domain former = domain;
     const float left = std::min(x, pointer.press_x), low = std::min(y, pointer.press_y);
-    if (DOM_is_earth(domain.proj))
-        zoom_on_earth(left, low, width, height, &domain);
-    else
-        zoom_on_diagram(left, low, width, height, &domain);
-    replot_zoomed(&domain);
+    const auto zoom = DOM_is_earth(domain.proj) ? zoom_on_earth : zoom_on_diagram;
     pointer.zoom_armed = false;
+    if (!zoom(left, low, width, height, &domain))
+        return -1;
+    if (pointer.zooms++ == 0)
+        pointer.original = former;
+    gsel_norm_tran(0);
+    replot(PLT_handlers()->zoom, &domain);
     return 0;
 }
 
@@ -109,7 +114,6 @@ void unzoom() {
         return;
     Domain domain = pointer.original;
     MSG_print(kDomain, "Original domain: ");
-    DOM_print(kDomain, &domain);
     if (DOM_is_earth(domain.proj))
         DOM_set_priority(float(domain.ny - 1) * domain.dy);
     pointer.zooms = 0;
@@ -120,16 +124,17 @@ void unzoom() {
 void redraw(PlotProc plot) {
     Domain domain;
     PRJ_get_domain(&domain);
+    gsel_norm_tran(0);
     replot(plot, &domain);
 }
 
 // ---- Flash ----
 
-/* Black and its own colour by turns; seen where the display has cells that can be changed. */
+/* Black and its own colour by turns, where the display has cells that can be changed. */
 void flash_level(float value) {
     PlotAttr attr;
     CONT_color_for_value(value, &attr);
-    if (attr.color < 0)
+    if (attr.color < 0 || !gget_rw_colors())
         return;
     float r, g, b;
     COLOR_get_rgb(attr.color, &r, &g, &b);
@@ -203,7 +208,7 @@ int PLT_zoom_event(float x, float y, const char *name) {
         gset_rubber(2);
         return 0;
     }
-    if (is_event(name, "B1-R"))
+    if (is_release(name))
         return pointer.zoom_armed ? zoom_into(x, y) : 0;
     pointer.zoom_armed = false;
     if (is_event(name, "u-Alt"))

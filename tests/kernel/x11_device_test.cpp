@@ -2,12 +2,14 @@
 
 #include "kernel/attributes.h"
 #include "kernel/colors.h"
+#include "kernel/primitives.h"
 #include "kernel/x11_resize.h"
 #include "kernel/x11_state.h"
 #include "kernel/x11_window.h"
 #include "tests/kernel/kernel_fixture.h"
 
 #include <optional>
+#include <random>
 #include <sstream>
 #include <sys/socket.h>
 
@@ -69,6 +71,43 @@ TEST_P(X11Depth, EachPrimitiveHasItsColourAndPlace) {
     EXPECT_EQ(gx11().errors, 0);
 }
 
+TEST_P(X11Depth, SmallAreasAreThePixelsOfAPolygonWithItsOutline) {
+    NEED_X_SERVER(GetParam());
+    open_page(GetParam());
+    X11State &x = gx11();
+    const Pixmap wanted = gx11_pixmap(201, 201);
+    gx11_paint(wanted, x.bg_pixel, 201, 201);
+    std::minstd_rand random;
+    for (int i = 0; i < 33 * 33; i++) { // in squares of 6 pixels; corners up to 1, 3 or 5 apart
+        Point corners[5];
+        XPoint pixels[5];
+        for (int k = 0; k < 4; k++) {
+            const unsigned reach = 2 + unsigned(i) % 3 * 2;
+            pixels[k].x = short(i % 33 * 6 + int(random() / 7 % reach));
+            pixels[k].y = short(i / 33 * 6 + int(random() / 7 % reach));
+        }
+        if (i % 4 == 0) { // upright
+            pixels[1].x = pixels[0].x;
+            pixels[2].y = pixels[1].y;
+            pixels[3] = {pixels[2].x, pixels[0].y};
+        }
+        pixels[4] = pixels[0];
+        for (int k = 0; k < 5; k++)
+            corners[k] = {float(pixels[k].x), float(200 - pixels[k].y)};
+        GPH_set_fill(look(i % 5 ? "red:fi=0" : "blue:fi=8"));
+        gfill_area(5, corners);
+        XFillPolygon(x.display, wanted, x.fill_gc, pixels, 5, Nonconvex, CoordModeOrigin);
+        XDrawLines(x.display, wanted, x.fill_gc, pixels, 5, CoordModeOrigin);
+    }
+    gsync();
+    int different = 0;
+    for (int y = 0; y < 201; y++)
+        different += server->row(x.base_pixmap, y, 201) != server->row(wanted, y, 201);
+    EXPECT_EQ(different, 0);
+    EXPECT_NE(server->row(wanted, 1, 201), std::vector<unsigned long>(201, x.bg_pixel));
+    XFreePixmap(x.display, wanted);
+}
+
 TEST_F(X11Device, AFullColormapOfItsOwnGivesTheNearestColour) {
     NEED_X_SERVER("RADAR_X8");
     gset_private_cmap(1);
@@ -114,8 +153,8 @@ TEST_F(X11Device, AnAttachedOneDrawsIntoItsOwnersPixmap) {
     std::stringstream cases; // identifier, geometry, mode, the drawing's upper left corner
     cases << id << " - 0 0 0  0X" << std::hex << pixmap << std::dec
           << ":100x80 40x30+10+20 0 10 20 "
-          << "w3 P0.5x0.5+0.25+0.25 0 25 20 " << both << " 40x30+10+20 1 10 20 " << both
-          << " - 9 0 0";
+          << "w3 P0.5x0.5+0.25+0.25 0 25 20  w3 P0.5x0.5+0+0 0 0 40  w3 p2x2+1+0 0 50 0 "
+          << "w3 P1.5x4+0+1 0 0 20 " << both << " 40x30+10+20 1 10 20 " << both << " - 9 0 0";
     std::string name, geometry;
     for (int mode, x, y; cases >> name >> geometry >> mode >> x >> y;) {
         other.fill(pixmap, 0x0000ff);

@@ -133,6 +133,16 @@ TEST_F(X11Test, APlotAnswersExposureAndLeavesTheRestToTheWait) {
     EXPECT_NE(heard.find(" d-Alt@20,30 B1-P@20,30 B1-R@20,30 Ret@20,30 "), heard.npos);
 }
 
+TEST_F(X11Test, WhatWasNotedForAClosedWindowIsDropped) {
+    EXPECT_EQ(system("xdotool key a click 1 key Return"), 0);
+    plot_on();
+    GPH_end(ws);
+    open(std::string("x,") + getenv("RADAR_X24"));
+    gsel_norm_tran(1);
+    wait_with("key b");
+    EXPECT_EQ(heard, "b@20,30 Ret@20,30 ");
+}
+
 TEST_F(X11Test, AClientAsksForFramesAndEndsTheWait) {
     const Pixmap client = gx11().base_pixmap;
     for (unsigned long pixel : {5, 6, 7}) { // what the client draws

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
+#include <vector>
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
@@ -35,6 +36,16 @@ struct XServer {
         if (image)
             XDestroyImage(image);
         return value;
+    }
+
+    std::vector<unsigned long> row(Drawable drawable, int y, int width) const {
+        XImage *image = XGetImage(display, drawable, 0, y, unsigned(width), 1, AllPlanes, ZPixmap);
+        std::vector<unsigned long> pixels;
+        for (int x = 0; image && x < width; x++)
+            pixels.push_back(XGetPixel(image, x, 0));
+        if (image)
+            XDestroyImage(image);
+        return pixels;
     }
 
     /* Letter of a pixel's colour: black k, white w, red r, green g, blue b, or ?. */
