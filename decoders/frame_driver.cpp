@@ -60,7 +60,8 @@ void note_time() {
     DateTime date;
     FILE_get_date(&date);
     const int64_t seconds = DT_to_seconds(&date);
-    frames.last_seen = seconds - seconds % FILE_step_or_default();
+    const int step = FILE_get_step();
+    frames.last_seen = step > 0 ? seconds - seconds % step : seconds; // as FILE_current rounds
 }
 
 /* A frame for the next picture: that of the plot before, which it replaces, or a new one. */
@@ -138,21 +139,29 @@ int FRAME_plot(const PlotSteps &steps, Domain *domain) {
 int FRAME_refresh(Domain *domain) {
     const PlotSteps &steps = *frames.steps;
     std::string name;
-    if (FILE_current(nullptr, &name) == frames.last_seen || !steps.open(name.c_str()))
+    const int64_t newest = FILE_current(nullptr, &name);
+    steps.found(newest, name.c_str());
+    if (newest == frames.last_seen)
         return 0;
-    DT_clear(steps.time());
+    const DateTime asked = *steps.time();
+    DT_clear(steps.time()); // the data tell it
+    if (!steps.open(name.c_str())) {
+        *steps.time() = asked;
+        return 0;
+    }
     const int count = gget_frame_count();
     for (int i = 0; i + 1 < count; i++)
         gswap_frames(i, i + 1);
-    gselect_frame(count > 0 ? FRAME_LAST : FRAME_BASE);
-    gclear_frame(count > 0 ? FRAME_LAST : FRAME_BASE);
+    const int target = count > 0 ? FRAME_LAST : FRAME_BASE;
+    gselect_frame(target);
+    gclear_frame(target);
+    PLT_set_domain(domain);
     note_time();
     steps.draw();
     steps.close();
     if (count > 0)
-        gdisplay_frame(FRAME_CURRENT);
+        gdisplay_frame(count - 1);
     PLT_dump(FRAME_LAST);
-    PLT_set_domain(domain);
     return 0;
 }
 

@@ -21,8 +21,9 @@ struct PlotSteps {
     void (*begin)(const Domain *domain) = [](const Domain *) {}; // of the plot, each page of it
     DateTime *(*time)();                                         // time the plot is asked for
     const Domain *(*data_domain)();                              // of the file opened last
-    PlotProc plot;                              // the entry itself: replots after a zoom
-    EventProc pointer;                          // events of the window
+    PlotProc plot;     // the entry itself: replots after a zoom
+    EventProc pointer; // events of the window
+    void (*found)(int64_t newest, const char *name) = [](int64_t, const char *) {}; // by a refresh
     bool (*refreshes)() = [] { return false; }; // looks for new data every minute
 };
 

@@ -220,6 +220,8 @@ constexpr PlotSteps kLev2Steps = {
     .data_domain = LEV2_data_domain,
     .plot = LEV2_plot,
     .pointer = handle_event,
+    .found = [](int64_t newest,
+                const char *name) { MSG_print(MSG_DEBUG, "File: %d %s\n", int(newest), name); },
     .refreshes = [] { return options.refresh != 0; },
 };
 
