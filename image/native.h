@@ -12,6 +12,6 @@
 int IMG_read_qra(const char *file, Image *image, int header_only);
 
 /* compress: 1 deflates the pixels of a picture of 8 bits without colours; others become gray and
- * stay raw.  The domain is left out where the form has no word for its projection.  1, or 0 after a
- * message. */
-int IMG_write(const char *file, const Image &image, int compress);
+ * stay raw.  The domain is left out where the form has no word for its projection.  header 0: the
+ * pixels alone.  1, or 0 after a message. */
+int IMG_write(const char *file, const Image &image, int compress, int header = 1);

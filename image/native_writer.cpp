@@ -130,7 +130,7 @@ static bool write_deflated(FILE *out, std::vector<uint8_t> &bytes) {
     return true;
 }
 
-int IMG_write(const char *file, const Image &image, int compress) {
+int IMG_write(const char *file, const Image &image, int compress, int header) {
     FILE *out = FILE_open(file, "w");
     if (!out) {
         MSG_print(MSG_WARN, "Unable to open: %s\n", file);
@@ -138,9 +138,9 @@ int IMG_write(const char *file, const Image &image, int compress) {
     }
     const bool plain = image.depth == 8 && image.bits_per_pixel <= 8 && image.ncolors == 0;
     const bool deflated = plain && compress == 1;
-    const std::string header = header_of(image, deflated);
+    const std::string head = header ? header_of(image, deflated) : "";
     std::vector<uint8_t> bytes = plain ? pixel_bytes(image) : whole_lines(image);
-    bool good = fwrite(header.data(), 1, header.size(), out) == header.size();
+    bool good = fwrite(head.data(), 1, head.size(), out) == head.size();
     if (deflated)
         good = good && write_deflated(out, bytes);
     else

@@ -13,8 +13,8 @@ struct Frame {
 struct FrameTable {
     Frame frames[FRAME_MAX];
     int count = 0;
-    int current = -1;     // the one on display
-    bool dropped = false; // a frame had to make room, and the user was told
+    int current = -1; // the one on display
+    int dropped = 0;  // frames that had to make room
 };
 FrameTable &gframe_table();
 

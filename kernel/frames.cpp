@@ -41,7 +41,7 @@ void free_pixmap(Pixmap *pixmap) {
 void drop_oldest(FrameTable &table) {
     if (!table.dropped)
         MSG_print(MSG_WARN, "gnew_frame: More than %d frames, the oldest are dropped\n", FRAME_MAX);
-    table.dropped = true;
+    table.dropped++;
     std::rotate(table.frames, table.frames + 1, table.frames + FRAME_MAX);
     table.count--;
     if (table.current > 0)
@@ -264,6 +264,8 @@ int gnext_frame(int step) {
     MSG_print(MSG_OUT4, "INC: %d-%d %d-%d\n", table.current, next, 0, last);
     return wrapped(next, last);
 }
+
+int gget_dropped_frames() { return gframe_table().dropped; }
 
 int gget_frame_count() { return gframe_table().count; }
 

@@ -28,7 +28,8 @@ float gget_loop_delay();
 int gset_loop_mode(int mode); // 0 backwards, 1 forwards, 2 and 3 to and fro
 int gnext_frame(int step);    // number of the frame that comes next, or -1
 int gget_frame_count();
-int gcur_frame(); // -1 for none
+int gget_dropped_frames(); // of the series, that made room for newer ones
+int gcur_frame();          // -1 for none
 int gset_loop_title(int flag);
 
 void gframes_reset();

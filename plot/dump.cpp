@@ -71,7 +71,7 @@ int write_native(const char *path) {
     take_domain(&image);
     snprintf(image.info, sizeof image.info, "%s [%s]", PLT_get_label(0, 0), PLT_get_label(5, 0));
     snprintf(image.date_text, sizeof image.date_text, "%s", PLT_get_label(2, 0));
-    return IMG_write(path, image, 0);
+    return IMG_write(path, image, 0, dump.options.image_header);
 }
 
 /* One form of picture file. */
@@ -143,9 +143,9 @@ int PLT_dump(int frame) {
         write_picture("win");
     else if (frame == DUMP_ALL && frames > 1)
         for (int i = 0; i < frames; i++)
-            write_frame(i, i);
+            write_frame(i, i + gget_dropped_frames());
     else
-        write_frame(frame, gcur_frame());
+        write_frame(frame, gcur_frame() + gget_dropped_frames());
     FILE_restore_state();
     return 0;
 }

@@ -113,6 +113,7 @@ TEST_F(X11Test, ALoopKeepsToItsDelaysAndAFullTableToTheNewest) {
     EXPECT_EQ(gcur_frame(), 2);
     EXPECT_EQ(said_by([] { add_frames(127); }),
               "gnew_frame: More than 128 frames, the oldest are dropped\n");
+    EXPECT_EQ(gget_dropped_frames(), 2) << "the numbers of the others go on from there";
     gdisplay_frame(0);
     EXPECT_EQ(shown(), 3u);
 }
