@@ -1,5 +1,6 @@
 /* GIF pictures: the first byte of an input chooses between the reader, and the writer with its
  * result read back.  Most pictures are kept small, so that the time goes into the codes. */
+#include "fuzz/file_of.h"
 #include "image/gif.h"
 #include "image/palette.h"
 #include "shell/message.h"
@@ -8,23 +9,17 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <sys/mman.h>
-#include <unistd.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
-
-static std::string name_of(int fd) { return "/proc/self/fd/" + std::to_string(fd); }
 
 static void read_picture(std::string bytes) {
     if (bytes.size() > 9 && bytes[6] != '\xff')
         bytes[7] = bytes[9] = 0; // less than 256 by 256
-    const int fd = memfd_create("picture", 0);
+    const MemoryFile file(bytes);
     Image image;
-    if (write(fd, bytes.data(), bytes.size()) == ssize_t(bytes.size()) &&
-        GIF_read(name_of(fd).c_str(), &image, 0) &&
+    if (file.whole && GIF_read(file.name().c_str(), &image, 0) &&
         image.data.size() != size_t(image.width) * size_t(image.height))
         __builtin_trap();
-    close(fd);
 }
 
 static Image make_picture(const uint8_t *data, size_t size) {
@@ -48,11 +43,10 @@ static void write_picture(const uint8_t *data, size_t size, int interlace) {
     display.background = 0;
     for (uint32_t v = 0; v < 100; v++)
         display.table.push_back(v * 77);
-    const int fd = memfd_create("picture", 0);
+    const MemoryFile file;
     Image back;
-    const int written = GIF_write(name_of(fd).c_str(), image, display, {interlace, 1});
-    const int read = GIF_read(name_of(fd).c_str(), &back, 0);
-    close(fd);
+    const int written = GIF_write(file.name().c_str(), image, display, {interlace, 1});
+    const int read = GIF_read(file.name().c_str(), &back, 0);
     Palette palette;
     IMG_palette(image, display, &palette);
     // The head of a single colour does not fit its table, and such a file may not be readable.

@@ -1,6 +1,7 @@
 /* Any bytes as a Level II archive, read to its end with all gates.  The first byte of an input
  * chooses its form: as it is, with blocks asked for or not, or packed into blocks. */
 #include "decoders/level2_reader.h"
+#include "fuzz/file_of.h"
 #include "shell/message.h"
 
 #include <bzlib.h>
@@ -8,8 +9,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <string>
-#include <sys/mman.h>
-#include <unistd.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 
@@ -55,9 +54,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     std::string bytes(reinterpret_cast<const char *>(data + 1), size - 1);
     if (data[0] % 4 == 3)
         bytes = in_blocks(bytes);
-    const int fd = memfd_create("archive", 0);
-    if (write(fd, bytes.data(), bytes.size()) == ssize_t(bytes.size()))
-        read_archive(("/proc/self/fd/" + std::to_string(fd)).c_str(), data[0] % 2);
-    close(fd);
+    const MemoryFile archive(bytes);
+    if (archive.whole)
+        read_archive(archive.name().c_str(), data[0] % 2);
     return 0;
 }

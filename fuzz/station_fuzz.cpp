@@ -1,5 +1,6 @@
 /* Station data: the scanner of bulletin text, raw text files and symbol files.  The first byte of
  * an input chooses the reader. */
+#include "fuzz/file_of.h"
 #include "kernel/devices.h"
 #include "kernel/workstation.h"
 #include "plot/raw_file.h"
@@ -10,8 +11,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <sys/mman.h>
-#include <unistd.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 
@@ -70,10 +69,9 @@ static void draw_symbols(const char *name) {
 }
 
 static void read_file(void (*reader)(const char *name), const uint8_t *data, size_t size) {
-    const int fd = memfd_create("station", 0);
-    if (write(fd, data, size) == ssize_t(size))
-        reader(("/proc/self/fd/" + std::to_string(fd)).c_str());
-    close(fd);
+    const MemoryFile file(data, size);
+    if (file.whole)
+        reader(file.name().c_str());
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {

@@ -1,6 +1,7 @@
 /* The installed text files: colours, regions, cities, fonts, levels, conventions, defaults.  The
  * first byte of an input chooses the reader. */
 #include "files/file_name.h"
+#include "fuzz/file_of.h"
 #include "kernel/color_table.h"
 #include "kernel/devices.h"
 #include "kernel/fonts.h"
@@ -16,8 +17,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <string>
-#include <sys/mman.h>
-#include <unistd.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 
@@ -75,9 +74,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
         gregister_devices();
         gopen_ws(1, "/dev/null", WS_PS);
     }
-    const int fd = memfd_create("table", 0);
-    if (write(fd, data + 1, size - 1) == ssize_t(size - 1))
-        kReaders[data[0] % std::size(kReaders)](("/proc/self/fd/" + std::to_string(fd)).c_str());
-    close(fd);
+    const MemoryFile table(data + 1, size - 1);
+    if (table.whole)
+        kReaders[data[0] % std::size(kReaders)](table.name().c_str());
     return 0;
 }

@@ -1,6 +1,7 @@
 /* Variables and values at places: a variable file with an expression, conditions, formats,
  * stations. The first byte of an input chooses; the first line is an expression, all behind it a
  * file. */
+#include "fuzz/file_of.h"
 #include "kernel/devices.h"
 #include "kernel/workstation.h"
 #include "plot/number_format.h"
@@ -16,8 +17,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <string>
-#include <sys/mman.h>
-#include <unistd.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 
@@ -89,11 +88,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     static const bool quiet = (MSG_set_levels("none"), true);
     const std::string text(reinterpret_cast<const char *>(data) + 1, size - 1);
     const size_t end = std::min(text.find('\n'), text.size());
-    const int fd = memfd_create("variables", 0);
-    if (quiet && write(fd, text.data() + end, text.size() - end) == ssize_t(text.size() - end))
-        kTargets[data[0] % std::size(kTargets)](text.substr(0, end),
-                                                ("/proc/self/fd/" + std::to_string(fd)).c_str());
+    const MemoryFile variables(std::string_view(text).substr(end));
+    if (quiet && variables.whole)
+        kTargets[data[0] % std::size(kTargets)](text.substr(0, end), variables.name().c_str());
     VAR_reset();
-    close(fd);
     return 0;
 }

@@ -1,5 +1,6 @@
 /* Any bytes as a file of watch bulletins, drawn into a document that nobody keeps. */
 #include "decoders/watch_table.h"
+#include "fuzz/file_of.h"
 #include "kernel/devices.h"
 #include "kernel/workstation.h"
 #include "plot/plot_window.h"
@@ -10,8 +11,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <string>
-#include <sys/mman.h>
-#include <unistd.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 
@@ -46,13 +45,11 @@ static void place_stations() {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     open_page(size % 2 ? PROJ_POLAR : PROJ_LAMBERT);
     WATCH_reset();
-    const int file = memfd_create("watches", 0);
-    if (write(file, data, size) != ssize_t(size))
+    const MemoryFile bulletins(data, size);
+    if (!bulletins.whole)
         abort();
     DateTime time = *DT_make(2013, 5, 20, 20, 16);
-    WATCH_decode_file(("/proc/self/fd/" + std::to_string(file)).c_str(), &time,
-                      DT_to_seconds(&time));
-    close(file);
+    WATCH_decode_file(bulletins.name().c_str(), &time, DT_to_seconds(&time));
     place_stations();
     WATCH_draw();
     WATCH_set_labels(1);
