@@ -1,5 +1,7 @@
 #include "tools/samples/storm.h"
 
+#include "tools/samples/noise.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -16,35 +18,6 @@ constexpr double kVortexRadius = 2.5;    // km, of the fastest wind
 constexpr double kVortexSpeed = 68.0;    // knots
 constexpr Place kWind = {24.0, 22.0};    // knots, of the air that carries all this
 constexpr double kKmPerMile = 1.852;
-
-/* Noise: a lattice of random values, smoothed between its points. */
-double lattice(int i, int j, uint32_t seed) {
-    uint32_t h = uint32_t(i) * 0x9E3779B1u ^ uint32_t(j) * 0x85EBCA77u ^ seed;
-    h ^= h >> 15;
-    h *= 0x2C1B3C6Du;
-    h ^= h >> 12;
-    h *= 0x297A2D39u;
-    h ^= h >> 15;
-    return double(h) / 2147483648.0 - 1.0;
-}
-
-double smooth(double t) { return t * t * (3.0 - 2.0 * t); }
-
-double noise(double x, double y, double size, uint32_t seed) {
-    // Turned, or the lattice shows along the axes.
-    const double a = (0.81 * x + 0.59 * y) / size, b = (0.81 * y - 0.59 * x) / size;
-    const double u = std::floor(a), v = std::floor(b);
-    const double fx = smooth(a - u), fy = smooth(b - v);
-    const int i = int(u), j = int(v);
-    const double low = std::lerp(lattice(i, j, seed), lattice(i + 1, j, seed), fx);
-    const double high = std::lerp(lattice(i, j + 1, seed), lattice(i + 1, j + 1, seed), fx);
-    return std::lerp(low, high, fy);
-}
-
-double texture(double x, double y, uint32_t seed) {
-    return 0.55 * noise(x, y, 14.0, seed) + 0.3 * noise(x, y, 5.0, seed + 1) +
-           0.15 * noise(x, y, 2.0, seed + 2);
-}
 
 double bell(double distance, double width) {
     return std::exp(-distance * distance / (2.0 * width * width));
@@ -79,20 +52,20 @@ double line_dbz(double x, double y) {
     if (std::fabs(along) > 150.0)
         return 0.0;
     const double front = -112.0 + 30.0 * std::cos(along * kPi / 300.0) +
-                         9.0 * noise(0.0, y, 26.0, 71) + 3.5 * noise(0.0, y, 7.0, 73);
+                         9.0 * NOISE_at(0.0, y, 26.0, 71) + 3.5 * NOISE_at(0.0, y, 7.0, 73);
     const double ahead = x - front;
     const double fade = std::min(1.0, (150.0 - std::fabs(along)) / 45.0);
-    const double peak = 50.0 + 8.0 * noise(x, y, 9.0, 72);
+    const double peak = 50.0 + 8.0 * NOISE_at(x, y, 9.0, 72);
     const double crest = ahead > 0.0 ? bell(ahead, 2.6) : bell(ahead, 8.0);
     const double trail =
-        ahead < 0.0 ? (30.0 + 8.0 * noise(x, y, 16.0, 74)) * bell(ahead + 32.0, 24.0) : 0.0;
+        ahead < 0.0 ? (30.0 + 8.0 * NOISE_at(x, y, 16.0, 74)) * bell(ahead + 32.0, 24.0) : 0.0;
     return fade * std::max(peak * crest, trail);
 }
 
 /* Young showers in the warm air to the southeast. */
 double shower_dbz(double x, double y) {
     const double warm = std::clamp((x - y + 40.0) / 80.0, 0.0, 1.0);
-    const double lift = noise(x, y, 19.0, 61) + 0.3 * noise(x, y, 6.0, 62);
+    const double lift = NOISE_at(x, y, 19.0, 61) + 0.3 * NOISE_at(x, y, 6.0, 62);
     return warm * std::clamp((lift - 0.68) * 105.0, 0.0, 52.0);
 }
 
@@ -106,20 +79,21 @@ double shield_dbz(double x, double y) {
 /* Echoes of the ground next to the radar. */
 double ground_dbz(double x, double y) {
     const double r = std::hypot(x, y);
-    return r < 14.0 ? (30.0 - 2.0 * r) * (0.6 + 0.6 * noise(x, y, 1.2, 90)) : 0.0;
+    return r < 14.0 ? (30.0 - 2.0 * r) * (0.6 + 0.6 * NOISE_at(x, y, 1.2, 90)) : 0.0;
 }
 } // namespace
 
 double STORM_dbz(double x, double y) {
-    const double storm = std::max({core_dbz(x, y), hook_dbz(x, y), line_dbz(x, y), shower_dbz(x, y),
-                                   shield_dbz(x, y) + 10.0 * texture(x, y, 11), ground_dbz(x, y)});
-    return storm + 7.0 * texture(x, y, 23) - 6.0;
+    const double storm =
+        std::max({core_dbz(x, y), hook_dbz(x, y), line_dbz(x, y), shower_dbz(x, y),
+                  shield_dbz(x, y) + 10.0 * NOISE_texture(x, y, 11), ground_dbz(x, y)});
+    return storm + 7.0 * NOISE_texture(x, y, 23) - 6.0;
 }
 
 /* The anvil reaches farther than the rain below it. */
 double STORM_column_dbz(double x, double y) {
     const double anvil = 36.0 * bell(std::hypot(x - kCore.x - 24.0, y - kCore.y - 18.0), 22.0);
-    return std::max(STORM_dbz(x, y) + 2.0, anvil + 5.0 * texture(x, y, 41));
+    return std::max(STORM_dbz(x, y) + 2.0, anvil + 5.0 * NOISE_texture(x, y, 41));
 }
 
 double STORM_velocity(double x, double y) {
@@ -130,7 +104,7 @@ double STORM_velocity(double x, double y) {
     // The beam rises with range, into a wind that turns from south to west and freshens.
     const double rise = std::min(1.0, r / 200.0);
     const double from = (170.0 + 75.0 * rise) * kPi / 180.0;
-    const double speed = 18.0 + 26.0 * rise + 10.0 * texture(x, y, 57);
+    const double speed = 18.0 + 26.0 * rise + 10.0 * NOISE_texture(x, y, 57);
     // Behind the front of the line the air rushes out to the east.
     const double gust = 45.0 * std::min(1.0, line_dbz(x, y) / 45.0);
     const double u = -speed * std::sin(from) + gust - spin * dy / d;
