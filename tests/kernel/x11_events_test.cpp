@@ -4,6 +4,7 @@
 #include "kernel/attributes.h"
 #include "kernel/colors.h"
 #include "kernel/events.h"
+#include "kernel/frame_table.h"
 #include "kernel/frames.h"
 #include "kernel/x11_state.h"
 #include "kernel/zoom.h"
@@ -110,7 +111,8 @@ TEST_F(X11Test, ALoopKeepsToItsDelaysAndAFullTableToTheNewest) {
     const std::string faster = "key alt+bracketright ";
     wait_with(faster + faster + faster + faster + faster + "sleep 0.8");
     EXPECT_NEAR(double(gget_loop_delay()), 0.05, 1e-5);
-    EXPECT_EQ(gcur_frame(), 2);
+    EXPECT_EQ(gframe_table().frames[0].delay, gget_loop_delay());
+    EXPECT_EQ(gframe_table().frames[2].delay, 1.0f);
     EXPECT_EQ(said_by([] { add_frames(127); }),
               "gnew_frame: More than 128 frames, the oldest are dropped\n");
     EXPECT_EQ(gget_dropped_frames(), 2) << "the numbers of the others go on from there";
