@@ -1,15 +1,18 @@
 #include "app/input.h"
 
+#include "decoders/composite_plot.h"
 #include "decoders/level2_plot.h"
 #include "decoders/level2_reader.h"
 #include "decoders/nids_plot.h"
 #include "decoders/nids_product.h"
+#include "decoders/rcm_plot.h"
+#include "decoders/rrwds_plot.h"
+#include "decoders/rrwds_reader.h"
+#include "decoders/summary_plot.h"
 #include "files/file_input.h"
 #include "files/file_name.h"
 #include "plot/domain_input.h"
-#include "shell/message.h"
 #include "shell/params.h"
-#include "shell/process.h"
 #include "shell/resource.h"
 
 #include <cstring>
@@ -129,16 +132,52 @@ void take_level2() {
     LEV2_plot(&domain);
 }
 
+void take_rrwds() {
+    RRWDS_set_time(nullptr);
+    Domain domain;
+    domain_or_own(&domain);
+    RRWDS_plot(&domain);
+}
+
+void take_rcm() {
+    RCM_set_time(nullptr);
+    Domain domain;
+    domain_or_own(&domain);
+    RCM_get_station();
+    RCM_plot(&domain);
+}
+
+/* A plot for each region that the user chooses. */
+void plot_regions(int (*plot)(Domain *)) {
+    Domain domain;
+    while (DOM_prompt(&domain, 1) > 0)
+        plot(&domain);
+}
+
+void take_nowrad() {
+    NOWRAD_set_time(nullptr);
+    plot_regions(NOWRAD_plot);
+}
+
+void take_kavrad() {
+    KAVRAD_set_time(nullptr);
+    plot_regions(KAVRAD_plot);
+}
+
+/* A plot for each choice of variables, in each region that the user chooses. */
+void take_summary() {
+    SUM_set_time(nullptr);
+    Domain domain;
+    while (DOM_prompt(&domain, 1) > 0) {
+        SUM_set_prompt(1);
+        while (SUM_next_variable() != 0)
+            SUM_plot(&domain);
+    }
+}
+
 void want_suffix() { FILE_set_suffix_mode(1); }
 
 void nothing() {}
-
-/* An input whose decoder is not built. */
-void not_there_yet() {
-    MSG_print(MSG_ERROR, "RAD_dispatch: This type of radar input is not there yet: %d\n",
-              int(PAR_get(PAR_INPUT)));
-    PROC_exit(10);
-}
 
 struct Input {
     int code;
@@ -150,11 +189,11 @@ constexpr Input kInputs[] = {
     {RAD_NIDS, "Enter the NIDS filename: ", want_suffix, take_nids},
     {RAD_LEVEL2, "Enter the Level 2 filename: ", want_suffix, take_level2},
     {RAD_LEVEL2_COMPRESSED, "Enter the Level 2 filename: ", want_suffix, take_level2},
-    {RAD_RRWDS, "Enter the RRWDS filename: ", nothing, not_there_yet},
-    {RAD_NOWRAD, "Enter the NOWRad filename: ", nothing, not_there_yet},
-    {RAD_KAVRAD, "Enter the KAVRAD filename: ", nothing, not_there_yet},
-    {RAD_RCM, "Enter the RCM filename: ", nothing, not_there_yet},
-    {RAD_SUMMARY, "Enter the radar filename: ", nothing, not_there_yet},
+    {RAD_RRWDS, "Enter the RRWDS filename: ", nothing, take_rrwds},
+    {RAD_NOWRAD, "Enter the NOWRad filename: ", nothing, take_nowrad},
+    {RAD_KAVRAD, "Enter the KAVRAD filename: ", nothing, take_kavrad},
+    {RAD_RCM, "Enter the RCM filename: ", nothing, take_rcm},
+    {RAD_SUMMARY, "Enter the radar filename: ", nothing, take_summary},
 };
 
 } // namespace

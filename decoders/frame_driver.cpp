@@ -35,7 +35,8 @@ void adopt_domain(const PlotSteps &steps, Domain *domain) {
 
 void first_page(const PlotSteps &steps, Domain *domain) {
     steps.prepare();
-    adopt_domain(steps, domain);
+    if (steps.looks_first || domain->proj == MISSING)
+        adopt_domain(steps, domain);
     steps.opened();
     PLT_open(DOM_aspect(domain));
     PLT_set_event_handler(steps.pointer);

@@ -25,6 +25,7 @@ struct PlotSteps {
     EventProc pointer; // events of the window
     void (*found)(int64_t newest, const char *name) = [](int64_t, const char *) {}; // by a refresh
     bool (*refreshes)() = [] { return false; }; // looks for new data every minute
+    bool looks_first = true; // at the first file before the page, also where the domain is set
 };
 
 /* Plots the series of files.  An unset domain takes the data's own.  A single file that cannot be

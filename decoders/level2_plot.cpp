@@ -59,6 +59,18 @@ struct Sweep {
 
 // ---- What to draw ----
 
+constexpr size_t kRange = 5; // characters
+
+void set_range(const char *word) {
+    const float range = strtof(RADAR_word_value(word, kRange), nullptr);
+    if (range >= 1.0f && range <= float(kMostRange))
+        options.plot_range = int(range);
+    else
+        MSG_print(MSG_WARN, "LEV2_parse_params: Invalid range: %s\n", word);
+}
+
+constexpr ParamWord<> kWords[] = {{"range", kRange, set_range}};
+
 /* The `variable` resource: a moment and the number of a sweep, "vel2".  Another value keeps both.
  */
 void take_variable() {
@@ -230,18 +242,13 @@ constexpr PlotSteps kLev2Steps = {
 int LEV2_plot(Domain *domain) { return FRAME_plot(kLev2Steps, domain); }
 
 void LEV2_parse_params() {
-    constexpr size_t kRange = 5; // characters
     const ResList words("plot_param");
-    for (int i = 0; i < words.count; i++) {
-        if (RADAR_take_word(words[i], &options) || STR_ncasecmp(words[i], "range", kRange))
-            continue;
-        const float range = strtof(RADAR_word_value(words[i], kRange), nullptr);
-        if (range >= 1.0f && range <= float(kMostRange))
-            options.plot_range = int(range);
-        else
-            MSG_print(MSG_WARN, "LEV2_parse_params: Invalid range: %s\n", words[i]);
-    }
+    for (int i = 0; i < words.count; i++)
+        if (!RADAR_take_word(words[i], &options))
+            PARAM_take(kWords, words[i]);
 }
+
+ParamNames LEV2_param_names() { return PARAM_names(kWords); }
 
 int LEV2_open_volume(const char *name) {
     if (!LEV2_open_file(name))

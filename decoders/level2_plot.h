@@ -24,5 +24,6 @@ void LEV2_draw();
 void LEV2_draw_data();
 
 void LEV2_parse_params();
+ParamNames LEV2_param_names(); // beside those of every radar
 Lev2Options *LEV2_options();
 void LEV2_options_reset();

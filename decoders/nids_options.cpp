@@ -6,20 +6,23 @@
 
 namespace {
 NidsOptions options;
+
+constexpr size_t kNumplt = 6; // characters
+constexpr ParamWord<> kWords[] = {
+    {"strong", 0, [](const char *) { options.strong = 1; }},
+    {"numplt", kNumplt,
+     [](const char *word) { options.numplt = atoi(RADAR_word_value(word, kNumplt)); }},
+};
 } // namespace
 
 void NIDS_parse_params() {
-    constexpr size_t kNumplt = 6; // characters
     const ResList words("plot_param");
-    for (int i = 0; i < words.count; i++) {
-        if (RADAR_take_word(words[i], &options))
-            continue;
-        if (STR_casecmp(words[i], "strong") == 0)
-            options.strong = 1;
-        else if (STR_ncasecmp(words[i], "numplt", kNumplt) == 0)
-            options.numplt = atoi(RADAR_word_value(words[i], kNumplt));
-    }
+    for (int i = 0; i < words.count; i++)
+        if (!RADAR_take_word(words[i], &options))
+            PARAM_take(kWords, words[i]);
 }
+
+ParamNames NIDS_param_names() { return PARAM_names(kWords); }
 
 NidsOptions *NIDS_options() { return &options; }
 

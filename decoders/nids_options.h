@@ -10,5 +10,6 @@ struct NidsOptions : RadarOptions {
 };
 
 void NIDS_parse_params();
+ParamNames NIDS_param_names(); // beside those of every radar
 NidsOptions *NIDS_options();
 void NIDS_options_reset();

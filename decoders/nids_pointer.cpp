@@ -1,6 +1,5 @@
 #include "decoders/nids_pointer.h"
 
-#include "decoders/nids_record.h"
 #include "plot/pointer.h"
 #include "plot/projection.h"
 #include "shell/message.h"
@@ -14,8 +13,15 @@ constexpr uint32_t kReadout = 8;                  // message level
 constexpr double kMilesPerUnit = 100.0 * 0.53996; // nautical, of 100 km
 constexpr double kFeetPerMile = 6076.22;
 
-void read_out(float x, float y, const char *name) {
-    const NidsProduct &product = *NIDS_product();
+} // namespace
+
+void NIDS_pointer(float x, float y, int, const char *name) {
+    if (STR_casecmp(name, "v-Alt") == 0)
+        NIDS_read_out(x, y, name, *NIDS_product());
+    PLT_common_events(x, y, name);
+}
+
+void NIDS_read_out(float x, float y, const char *name, const NidsProduct &product) {
     float lat, lon, site_x, site_y;
     PRJ_xy_to_latlon(x, y, &lat, &lon);
     MSG_print(kReadout, "Str: %s Pos: %6.2f,%6.2f Lat: %6.2f Lon: %6.2f\n", name, double(x),
@@ -27,14 +33,6 @@ void read_out(float x, float y, const char *name) {
     MSG_print(kReadout, "Lat: %6.2f Lon: %6.2f Dist: %5.1fnm Alt: %5.0fft\n", double(lat),
               double(lon), double(d) * kMilesPerUnit,
               double(NIDS_beam_height(d, product.elevation)) * kMilesPerUnit * kFeetPerMile);
-}
-
-} // namespace
-
-void NIDS_pointer(float x, float y, int, const char *name) {
-    if (STR_casecmp(name, "v-Alt") == 0)
-        read_out(x, y, name);
-    PLT_common_events(x, y, name);
 }
 
 float NIDS_beam_height(float distance, float elevation) {

@@ -33,13 +33,7 @@ void set_clutter(const char *word, RadarOptions *options) {
         options->clutter = int(fminf(bins, kMostBins));
 }
 
-/* match: leading characters compared; 0 compares the whole word.  The first row that fits acts. */
-struct RadarWord {
-    const char *name;
-    size_t match;
-    void (*act)(const char *word, RadarOptions *options);
-};
-constexpr RadarWord kWords[] = {
+constexpr ParamWord<RadarOptions *> kWords[] = {
     {"site", 0, [](const char *, RadarOptions *options) { options->site = 1; }},
     {"dist", 4, set_rings},
     {"nodist", 0, [](const char *, RadarOptions *options) { options->ring[0] = 0.0f; }},
@@ -53,14 +47,10 @@ constexpr RadarWord kWords[] = {
 } // namespace
 
 bool RADAR_take_word(const char *word, RadarOptions *options) {
-    for (const RadarWord &w : kWords) {
-        if (w.match ? STR_ncasecmp(word, w.name, w.match) : STR_casecmp(word, w.name))
-            continue;
-        w.act(word, options);
-        return true;
-    }
-    return false;
+    return PARAM_take(kWords, word, options);
 }
+
+ParamNames RADAR_param_names() { return PARAM_names(kWords); }
 
 const char *RADAR_word_value(const char *word, size_t length) {
     return strlen(word) > length ? word + length + 1 : "";

@@ -1,6 +1,8 @@
 /* Plot switches that the radar inputs share, from `plot_param`. */
 #pragma once
 
+#include "shell/param_words.h"
+
 #include <cstddef>
 
 struct RadarOptions {
@@ -13,6 +15,7 @@ struct RadarOptions {
 
 /* Takes one word of the list.  True when it was one of these. */
 bool RADAR_take_word(const char *word, RadarOptions *options);
+ParamNames RADAR_param_names();
 
 /* The text behind a keyword of that length and one separator; "" when there is none. */
 const char *RADAR_word_value(const char *word, size_t length);

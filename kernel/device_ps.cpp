@@ -11,6 +11,7 @@
 #include "shell/message.h"
 #include "shell/strings.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -19,7 +20,7 @@
 namespace {
 constexpr Paper kLetter = {11.0f, 8.5f}; // inches, lying
 constexpr float kMargin = 0.5f;          // inches, both sides together
-constexpr float kLeastScale = 0.005f;    // a smaller one would be written as 0, and leave no page
+constexpr float kLeastScale = 0.0051f;   // a smaller one would be written as 0, and leave no page
 constexpr double kPointsPerInch = 72.0;
 constexpr double kPointsPerPixel = 0.72; // of a screen
 
@@ -33,9 +34,15 @@ struct PsPen {
     float width = 1.0f; // before line_scale
 };
 
+enum PsForm {
+    PS_PAGE,
+    PS_EPS,  // a page with the header of a picture
+    PS_EPSF, // a picture that fills its box, for another document
+};
+
 struct PsState {
     int color = 0; // 1 colour, 0 grey
-    bool eps = false;
+    PsForm form = PS_PAGE;
     bool portrait = false;
     float scale = 1.0f;
     float line_scale = 1.0f;
@@ -54,8 +61,9 @@ struct PsWord {
 constexpr PsWord kWords[] = {
     {"port", 0, [](const char *) { ps.portrait = true; }},
     {"land", 0, [](const char *) { ps.portrait = false; }},
-    {"eps", 0, [](const char *) { ps.eps = true; }},
-    {"noeps", 0, [](const char *) { ps.eps = false; }},
+    {"eps", 0, [](const char *) { ps.form = PS_EPS; }},
+    {"epsf", 0, [](const char *) { ps.form = PS_EPSF; }},
+    {"noeps", 0, [](const char *) { ps.form = PS_PAGE; }},
     {"color", 0,
      [](const char *) {
          ps.color = 1;
@@ -237,7 +245,7 @@ static void gps_word(const char *word) {
 
 /* Paper lies on its long side; a standing page turns it, unless its size was given as it is. */
 static void gps_set_paper() {
-    if (ps.portrait && !ps.eps && !ps.paper.given)
+    if (ps.portrait && ps.form == PS_PAGE && !ps.paper.given)
         ps.paper = {ps.paper.height, ps.paper.width};
     KernelState &kern = gstate();
     kern.ws_width = gtrunc((double(ps.paper.width) - kMargin) * kPointsPerInch);
@@ -246,48 +254,92 @@ static void gps_set_paper() {
     kern.ws_y = 0;
 }
 
-static void put_header() {
-    const time_t now = time(nullptr);
-    gdoc_text(&doc, ps.eps ? "%!PS-Adobe-3.0 EPSF-3.0\n" : "%!PS-Adobe-1.0\n");
-    if (ps.eps)
+/* The drawing area in points of the document, with room for the strokes on its edge. */
+struct PsBox {
+    int x0, x1, y0, y1;
+};
+
+static PsBox drawing_box() {
+    const KernelState &kern = gstate();
+    const auto low = [](double a, double b) { return gtrunc(std::floor(std::min(a, b))); };
+    const auto high = [](double a, double b) { return gtrunc(std::ceil(std::max(a, b))); };
+    // As it is written, to two decimals; what goes behind another document has none.
+    const double scale = doc.append ? 1.0 : std::round(double(ps.scale) * 100.0) / 100.0;
+    const double x0 = (kern.ws_x - 1) * scale, x1 = (double(kern.ws_x) + kern.ws_width) * scale;
+    const double y0 = (kern.ws_y - 1) * scale, y1 = (double(kern.ws_y) + kern.ws_height) * scale;
+    return {low(x0, x1), high(x0, x1), low(y0, y1), high(y0, y1)};
+}
+
+static void put_bounding_box() {
+    if (ps.form == PS_EPS)
         gdoc_text(&doc,
                   ps.portrait ? "%%BoundingBox: 0 0 756 576\n" : "%%BoundingBox: 0 0 576 756\n");
+    if (ps.form != PS_EPSF)
+        return;
+    const PsBox box = drawing_box();
+    const int width = box.x1 - box.x0, height = box.y1 - box.y0;
+    gdoc_printf(&doc, "%%%%BoundingBox: 0 0 %d %d\n", ps.portrait ? width : height,
+                ps.portrait ? height : width);
+}
+
+static void put_header() {
+    const time_t now = time(nullptr);
+    gdoc_text(&doc, ps.form == PS_PAGE ? "%!PS-Adobe-1.0\n" : "%!PS-Adobe-3.0 EPSF-3.0\n");
+    put_bounding_box();
     gdoc_text(&doc, "%%Title: QRA Graphics Display: ");
     gdoc_comment(&doc, gget_title());
     gdoc_text(&doc, "\n%%Creator: QRA Postscript Processor-2.0\n");
     gdoc_printf(&doc, "%%%%CreationDate: %s", ctime(&now)); // brings its own newline
     gdoc_text(&doc, "%%EndComments\n%%Postscript initialization\n");
-    if (!ps.eps)
+    if (ps.form == PS_PAGE)
         gdoc_text(&doc, "30 dict begin\n/saveobj save def\n");
-    gdoc_text(&doc, kDefinitions);
+}
+
+/* Puts the corner of the box at the origin, and keeps the drawing inside. */
+static void put_box_placing() {
+    const PsBox box = drawing_box();
+    if (ps.portrait)
+        gdoc_printf(&doc, "%d %d translate\n", -box.x0, -box.y0);
+    else
+        gdoc_printf(&doc, "90 rotate\n%d %d translate\n", -box.x0, -box.y1);
+    gdoc_printf(&doc, "np\n%d %d mv\n%d %d ln\n%d %d ln\n%d %d ln\ncp\nclip\n", box.x0, box.y0,
+                box.x0, box.y1, box.x1, box.y1, box.x1, box.y0);
 }
 
 /* Puts the origin into the corner of the drawing area. */
 static void put_placing() {
+    if (ps.form == PS_EPSF)
+        return put_box_placing();
     if (ps.portrait) {
-        if (!ps.eps)
+        if (ps.form == PS_PAGE)
             gdoc_text(&doc, ".25 inch .25 inch translate\n");
         return;
     }
     gdoc_text(&doc, "90 rotate\n");
     const double height = double(ps.paper.height);
-    if (ps.eps)
+    if (ps.form == PS_EPS)
         gdoc_printf(&doc, "0. inch -%.2f inch translate\n", height);
     else
         gdoc_printf(&doc, ".25 inch -%.2f inch translate\n", height - 0.25);
 }
 
+/* What goes behind another document has no header.  It repeats the definitions, which ended with
+ * the first page, and turns a page of its own, which the next part finds as it was. */
 static void gps_prolog() {
-    if (!doc.append) {
+    if (doc.append)
+        gdoc_text(&doc, "gsave\n");
+    else
         put_header();
-        put_placing();
-    }
+    gdoc_text(&doc, kDefinitions);
+    put_placing();
     gdoc_text(&doc, ps.color ? "0 0 0 setrgbcolor\n" : "0 setgray\n");
     if (!doc.append)
         gdoc_text(&doc, "2 setlinejoin\n");
     gdoc_text(&doc, "1 dot lw\n[] 0 setdash\n");
     if (!doc.append && ps.scale != 1.0f)
         gdoc_printf(&doc, "%.2f %.2f scale\n", double(ps.scale), double(ps.scale));
+    if (ps.form == PS_EPSF)
+        gdoc_text(&doc, "gsave\n"); // ps_clip comes back to here
     if (!doc.append)
         gdoc_text(&doc, "%%Begin plot\n");
     gdoc_text(&doc, "%%QRA Plot: ");
@@ -295,12 +347,22 @@ static void gps_prolog() {
     gdoc_text(&doc, "\n");
 }
 
+static void put_trailer() {
+    if (ps.form == PS_EPSF)
+        gdoc_text(&doc, "grestore\n");
+    gdoc_text(&doc, "%%End of plot\n");
+    if (doc.append)
+        gdoc_text(&doc, "grestore\n");
+    else if (ps.form == PS_EPSF)
+        gdoc_text(&doc, "showpage\n%%EOF\n");
+    else
+        gdoc_text(&doc, "saveobj restore\nshowpage\nend\n%%EOF\n");
+}
+
 static int gps_trailer() {
     if (!doc.file)
         return -1;
-    gdoc_text(&doc, "%%End of plot\n");
-    if (!doc.append)
-        gdoc_text(&doc, "saveobj restore\nshowpage\nend\n%%EOF\n");
+    put_trailer();
     gstate().incomplete = gdoc_close(&doc) == 0;
     if (gstate().incomplete)
         MSG_print(MSG_ERROR, "gps_trailer: Write error, document is incomplete: %s\n",
@@ -319,8 +381,8 @@ static int ps_open(const char *connection) {
     gps_reset();
     gpaper_words(connection, "qraps_param", gps_word);
     gps_set_paper();
+    gpaper_geometry(kGeometryVariables, kPointsPerPixel); // the box of a picture follows it
     gps_prolog();
-    gpaper_geometry(kGeometryVariables, kPointsPerPixel);
     return 0;
 }
 
@@ -339,18 +401,47 @@ static void gps_set_gray(int index, float r, float g, float b) {
         gset_pixel(index, -2);
 }
 
+/* The end of a clip.  A picture must leave that of the document around it alone, and comes back to
+ * the state behind the prolog. */
+static void put_unclip() {
+    if (ps.form != PS_EPSF) {
+        gdoc_text(&doc, "initclip\n");
+        return;
+    }
+    gdoc_text(&doc, "grestore\ngsave\n");
+    gps_reset();
+    ps.dash = 1;
+}
+
 /* A tenth of a point around the viewport, so that lines on its edge show in full. */
 static void ps_clip() {
+    put_unclip();
     float edge[4];
     gclip_points(edge);
     const double x0 = double(edge[0]) - 0.1, x1 = double(edge[1]) + 0.1;
     const double y0 = double(edge[2]) - 0.1, y1 = double(edge[3]) + 0.1;
-    gdoc_text(&doc, "initclip\nnp\n");
+    gdoc_text(&doc, "np\n");
     gdoc_printf(&doc, "%3.2f %3.2f mv\n", x0, y0);
     gdoc_printf(&doc, "%3.2f %3.2f ln\n", x0, y1);
     gdoc_printf(&doc, "%3.2f %3.2f ln\n", x1, y1);
     gdoc_printf(&doc, "%3.2f %3.2f ln\n", x1, y0);
     gdoc_text(&doc, "cp\nclip\n");
+}
+
+static void ps_clear_region(const float *rect) {
+    gdoc_text(&doc, "%%CLR\nnp\n");
+    gps_move_world(rect[0], rect[2]);
+    gps_line_world(rect[1], rect[2]);
+    gps_line_world(rect[1], rect[3]);
+    gps_line_world(rect[0], rect[3]);
+    gdoc_text(&doc, "cp\n");
+    gps_fill_color(-1);
+    gdoc_text(&doc, "fill\n");
+}
+
+static void ps_transform(ObjCode what, int, const float *rect) {
+    if (what == OBJ_CLEAR_REGION)
+        ps_clear_region(rect);
 }
 
 static void ps_message(const char *text) {
@@ -436,6 +527,7 @@ const Device kPsDevice = {
     .reset = ps_reset,
     .clip = ps_clip,
     .color = gps_set_gray,
+    .transform = ps_transform,
     .message = ps_message,
     .polyline = ps_polyline, // brings width, colour and dash up to date first
     .fill = ps_fill,

@@ -318,6 +318,24 @@ void change(ObjCode what, double a, double) {
     }
 }
 
+void clear_region(const float *rect) {
+    const X11State &x = gx11();
+    if (!x.gc)
+        return;
+    const XPoint corner = pixel_at(gworld_to_device(gdevice(), {rect[0], rect[3]}));
+    const XPoint other = pixel_at(gworld_to_device(gdevice(), {rect[1], rect[2]}));
+    XSetForeground(x.display, x.gc, static_cast<unsigned long>(gget_pixel(-1)));
+    XFillRectangle(x.display, x.draw_pixmap, x.gc, corner.x, corner.y,
+                   unsigned(std::max(other.x - corner.x, 0)),
+                   unsigned(std::max(other.y - corner.y, 0)));
+    XSetForeground(x.display, x.gc, x.fg_pixel);
+}
+
+void transform(ObjCode what, int, const float *rect) {
+    if (what == OBJ_CLEAR_REGION)
+        clear_region(rect);
+}
+
 void init(int stage) {
     gx11_reset_frames();
     if (!gx11().display)
@@ -381,6 +399,7 @@ constexpr Device kDrawing = {
     .clip = gx11_clip,
     .color = gx11_color,
     .change = change,
+    .transform = transform,
     .polyline = draw_polyline,
     .fill = draw_area,
     .stroke = draw_stroke,

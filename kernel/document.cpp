@@ -30,18 +30,21 @@ static FILE *open_target(const Document &doc, const char *target) {
 }
 
 int gdoc_open(Document *doc, const char *target) {
+    const bool prefix = *target == '|' || *target == '+';
+    MSG_print(MSG_MESS, "%s: %s\n",
+              *target == '|'   ? "Spooling to"
+              : *target == '+' ? "Appending to"
+                               : "Creating",
+              prefix ? target + 1 : target);
+    return gdoc_open_quietly(doc, target);
+}
+
+int gdoc_open_quietly(Document *doc, const char *target) {
     gdoc_close(doc);
-    const bool pipe = *target == '|';
     doc->append = *target == '+';
     doc->failed = false;
     doc->used = 0;
-    doc->name = pipe || doc->append ? target + 1 : target;
-    if (pipe)
-        MSG_print(MSG_MESS, "Spooling to: %s\n", doc->name.c_str());
-    else if (doc->append)
-        MSG_print(MSG_MESS, "Appending to: %s\n", doc->name.c_str());
-    else
-        MSG_print(MSG_MESS, "Creating: %s\n", doc->name.c_str());
+    doc->name = *target == '|' || doc->append ? target + 1 : target;
     doc->file = open_target(*doc, target);
     return doc->file ? 1 : 0;
 }

@@ -23,6 +23,7 @@ struct Document {
 /* Opens a target: a file, "|" and a command, "+" and a file to append to.  Says so at MSG_MESS.
  * Returns 1, or 0 when it cannot be opened. */
 int gdoc_open(Document *doc, const char *target);
+int gdoc_open_quietly(Document *doc, const char *target); // for a device with a message of its own
 
 /* Writes out what is left and closes.  Returns 1; 0 when any part of the document was not written;
  * -1 when none is open. */

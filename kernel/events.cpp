@@ -3,7 +3,7 @@
 #include "files/stream.h"
 #include "kernel/frame_table.h"
 #include "kernel/frames.h"
-#include "kernel/redraw_store.h"
+#include "kernel/redraw_play.h"
 #include "kernel/rubber.h"
 #include "kernel/state.h"
 #include "kernel/transform.h"
@@ -213,9 +213,14 @@ void backward() {
 
 void toggle() { gtoggle_looping(-1); }
 
+/* A metafile that cannot be written is no reason to take the window from its user. */
 void print_meta() {
     const CursorScope cursor(CURSOR_WORK);
-    gprint_meta();
+    const int type = gget_ws_type();
+    if (gprint_meta() < 0)
+        gset_ws_type(type);
+    else
+        gset_bell(kBell);
 }
 
 /* With Alt held.  false: the layers above hear nothing of it. */

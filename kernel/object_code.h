@@ -9,6 +9,7 @@ enum ObjCode {
     OBJ_VIEWPORT = 16,
     OBJ_WINDOW = 17,
     OBJ_COLOR = 20,
+    OBJ_CLEAR_REGION = 25,
     OBJ_LINE = 30,
     OBJ_LINE_TYPE = 33,
     OBJ_LINE_WIDTH = 34,

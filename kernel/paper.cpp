@@ -55,17 +55,22 @@ void place_fraction(const char *text) {
 }
 
 /* Size and offset in pixels of a screen, or either. */
-void place_pixels(const char *text, double unit) {
+void place_pixels(const char *text, double unit, int margin, OffsetForm form) {
     KernelState &kern = gstate();
+    const bool plus = form == OffsetForm::Plus;
     int w, h, x, y;
-    const int count = sscanf(text, "%dx%d%d%d", &w, &h, &x, &y);
+    const int count = plus ? sscanf(text, "%dx%d+%d+%d", &w, &h, &x, &y)
+                           : sscanf(text, "%dx%d%d%d", &w, &h, &x, &y);
     if (count == 4 || count == 2) {
         kern.ws_width = gtrunc(w * unit);
         kern.ws_height = gtrunc(h * unit);
     }
-    if (count == 4 || (count != 2 && sscanf(text, "%d%d", &x, &y) == 2)) {
-        kern.ws_x = gtrunc(x * unit);
-        kern.ws_y = gtrunc(y * unit);
+    const auto is_offset = [&] {
+        return (plus ? sscanf(text, "+%d+%d", &x, &y) : sscanf(text, "%d%d", &x, &y)) == 2;
+    };
+    if (count == 4 || (count != 2 && is_offset())) {
+        kern.ws_x = gtrunc(x * unit + margin);
+        kern.ws_y = gtrunc(y * unit + margin);
     }
 }
 } // namespace
@@ -79,21 +84,25 @@ std::string gpaper_target(const char *connection, std::span<const char *const> v
     return value ? value : fallback;
 }
 
-void gpaper_words(const char *connection, const char *variable, void (*word)(const char *)) {
-    const StrList preset(getenv(variable), ',');
-    for (int i = 0; i < preset.count; i++)
-        word(preset[i]);
+void gpaper_words(const char *connection, const char *variable, PaperWordProc preset,
+                  PaperWordProc word) {
+    const StrList presets(getenv(variable), ',');
+    for (int i = 0; i < presets.count; i++)
+        preset(presets[i]);
     const StrList words(connection, ',');
     for (int i = 1; i < words.count; i++)
         word(words[i]);
 }
 
+void gpaper_words(const char *connection, const char *variable, PaperWordProc word) {
+    gpaper_words(connection, variable, word, word);
+}
+
 int gpaper_word(const char *word, Paper *paper) {
     if (STR_ncasecmp(word, "sz", 2) == 0) {
         float width, height;
-        if (word[2] && sscanf(word + 3, "%fx%f", &width, &height) == 2 && is_size(width) &&
-            is_size(height))
-            *paper = {width, height, true};
+        if (word[2] && sscanf(word + 3, "%fx%f", &width, &height) == 2)
+            gpaper_size(width, height, paper);
         return 1;
     }
     for (const PaperSize &size : kSizes) {
@@ -105,7 +114,13 @@ int gpaper_word(const char *word, Paper *paper) {
     return 0;
 }
 
-void gpaper_geometry(std::span<const char *const> variables, double unit) {
+void gpaper_size(float width, float height, Paper *paper) {
+    if (is_size(width) && is_size(height))
+        *paper = {width, height, true};
+}
+
+void gpaper_geometry(std::span<const char *const> variables, double unit, int margin,
+                     OffsetForm form) {
     const char *text = RES_get("geometry");
     if (!text || !*text)
         text = first_set(variables);
@@ -114,7 +129,7 @@ void gpaper_geometry(std::span<const char *const> variables, double unit) {
     if (*text == 'P' || *text == 'p')
         place_fraction(text + 1);
     else
-        place_pixels(text, unit);
+        place_pixels(text, unit, margin, form);
 }
 
 void gpaper_set_gray(int index, float r, float g, float b) {

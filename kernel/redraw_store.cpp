@@ -2,7 +2,6 @@
 
 #include "kernel/device.h"
 #include "kernel/state.h"
-#include "shell/message.h"
 #include "shell/strings.h"
 
 #include <cstdint>
@@ -11,13 +10,6 @@
 
 namespace {
 constexpr uint64_t kPollEvery = 500; // calls
-
-struct GraphicsObject {
-    int code = 0;
-    int count = 0; // points, or the call's whole number
-    void *data = nullptr;
-    GraphicsObject *next = nullptr;
-};
 
 struct StoreState {
     GraphicsObject head;            // holds no call
@@ -52,8 +44,8 @@ GraphicsObject *make_object(ObjCode code, int count, size_t size, const void *da
 } // namespace
 
 void *gobj_new(ObjCode code, int count, size_t size, const void *data) {
-    if (++store.calls % kPollEvery == 0 && store.poll)
-        store.poll();
+    if (++store.calls % kPollEvery == 0)
+        gobj_poll();
     if (!store.saving)
         return nullptr;
     GraphicsObject *object = make_object(code, count, size, data);
@@ -85,6 +77,8 @@ int gobj_free() {
     return 0;
 }
 
+const GraphicsObject *gobj_first() { return store.head.next; }
+
 int gobj_set_saving(int flag) {
     const int former = store.saving;
     store.saving = flag;
@@ -102,9 +96,9 @@ int gget_redraw_enabled() { return store.redraw; }
 
 void gobj_set_poll(void (*poll)()) { store.poll = poll; }
 
-int gprint_meta() {
-    MSG_print(MSG_WARN, "gprint_meta: The metafile device is not there yet\n");
-    return -1;
+void gobj_poll() {
+    if (store.poll)
+        store.poll();
 }
 
 void gobj_reset() {

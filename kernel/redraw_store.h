@@ -9,6 +9,14 @@
 
 #include <cstddef>
 
+/* One recorded call. */
+struct GraphicsObject {
+    int code = 0;
+    int count = 0; // points, or the call's whole number
+    void *data = nullptr;
+    GraphicsObject *next = nullptr;
+};
+
 /* Counts a call, and on every 500th runs the poll procedure.  When recording, adds an object with
  * a copy of size bytes of data (null leaves them for the caller to fill).
  * Returns the object's bytes; null when nothing was recorded, or none were asked for. */
@@ -19,6 +27,9 @@ void *gobj_new(ObjCode code, int count, size_t size, const void *data);
 int gobj_init();
 int gobj_free();
 
+/* The first call of the store; null when it is empty. */
+const GraphicsObject *gobj_first();
+
 /* Returns the former value. */
 int gobj_set_saving(int flag);
 int gobj_saving();
@@ -28,8 +39,6 @@ int gget_redraw_enabled();
 
 /* The procedure that looks for events; null for none. */
 void gobj_set_poll(void (*poll)());
-
-/* Writes what was recorded to a metafile.  -1 after a message: this program has no metafile yet. */
-int gprint_meta();
+void gobj_poll(); // looks now
 
 void gobj_reset();

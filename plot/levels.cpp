@@ -477,12 +477,7 @@ void read_label_steps(const char *word) {
 
 void read_limit(const char *word, float *limit) { sscanf(behind(word, 7), "%f", limit); }
 
-struct ParamWord {
-    const char *name;
-    size_t match; // leading characters compared; 0 compares the whole word
-    void (*act)(const char *word);
-};
-constexpr ParamWord kParamWords[] = {
+constexpr ParamWord<> kParamWords[] = {
     {"fill", 4, read_fill},
     {"lab", 3, read_label_steps},
     {"rlab", 4, [](const char *) { cont.label_direction = 1; }},
@@ -494,21 +489,15 @@ constexpr ParamWord kParamWords[] = {
     {"mapcon", 0, [](const char *) { cont.map_order = 1; }},
     {"conmap", 0, [](const char *) { cont.map_order = 0; }},
 };
-
-void read_word(const char *word) {
-    for (const ParamWord &w : kParamWords)
-        if (w.match ? !STR_ncasecmp(word, w.name, w.match) : !STR_casecmp(word, w.name)) {
-            w.act(word);
-            return;
-        }
-}
 } // namespace
 
 void CONT_param() {
     const ResList words("plot_param");
     for (int i = 0; i < words.count; i++)
-        read_word(words[i]);
+        PARAM_take(kParamWords, words[i]);
 }
+
+ParamNames CONT_param_names() { return PARAM_names(kParamWords); }
 
 void CONT_set_mode(int code) {
     constexpr int kFilledSummary = 52;

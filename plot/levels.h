@@ -7,6 +7,7 @@
 
 #include "kernel/plot_attr.h"
 #include "plot/domain.h"
+#include "shell/param_words.h"
 
 constexpr int CONT_MAX = 256;
 
@@ -21,6 +22,7 @@ struct Grid {
 /* Back to the start, but for the colour bar: that was chosen with the page. */
 void CONT_reset();
 void CONT_param(); // reads plot_param
+ParamNames CONT_param_names();
 
 /* Fills the table from a text, or from `color_fill`, which wins unless force is set.
  *

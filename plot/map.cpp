@@ -4,7 +4,9 @@
 #include "files/data_file.h"
 #include "files/stream.h"
 #include "kernel/gph.h"
+#include "kernel/meta_reader.h"
 #include "kernel/primitives.h"
+#include "kernel/transform.h"
 #include "kernel/x11_image.h"
 #include "plot/domain.h"
 #include "plot/map_grid.h"
@@ -227,9 +229,42 @@ int draw_page_image(const char *spec) {
     return result;
 }
 
-int not_there(const char *what, const char *spec) {
-    MSG_print(MSG_WARN, "MAP_process: %s in map lists are not there yet: %s\n", what, spec);
-    return -1;
+/* The transforms as they stand, to be put back. */
+struct KeptTransforms {
+    static constexpr int kCount = 6; // that can be set
+    float rects[kCount][8];          // window, then viewport
+    int current;
+
+    KeptTransforms() {
+        int error;
+        for (int n = 0; n < kCount; n++)
+            gget_norm_tran(n, &error, rects[n]);
+        gget_cur_tran(&error, &current);
+    }
+
+    /* What is as it was is not set again: a document would tell of it. */
+    void put_back() const {
+        for (int n = 0; n < kCount; n++) {
+            int error;
+            float now[8];
+            gget_norm_tran(n, &error, now);
+            if (!std::equal(now, now + 4, rects[n]))
+                gset_window(n, rects[n]);
+            if (!std::equal(now + 4, now + 8, rects[n] + 4))
+                gset_viewport(n, rects[n] + 4);
+        }
+        GPH_sel_tran(current);
+    }
+};
+
+/* A metafile names transforms of its own. */
+int draw_metafile(const char *spec) {
+    const char *name = spec + strlen("mf:");
+    const KeptTransforms kept;
+    PLT_message("Map-metafile: %s", name);
+    const int result = gread_metafile(name);
+    kept.put_back();
+    return result;
 }
 
 struct MapKind {
@@ -238,11 +273,8 @@ struct MapKind {
 };
 /* What is none of these is a map file. */
 constexpr MapKind kKinds[] = {
-    {"im:", draw_image},
-    {"if:", draw_page_image},
-    {"mf:", [](const char *spec) { return not_there("Metafiles", spec); }},
-    {"rf:", draw_stations},
-    {"lalo", draw_lalo},
+    {"im:", draw_image},    {"if:", draw_page_image}, {"mf:", draw_metafile},
+    {"rf:", draw_stations}, {"lalo", draw_lalo},
 };
 
 // ---- The list ----

@@ -103,15 +103,15 @@ void set_gif(const char *value) { PLT_set_dump(DUMP_GIF, value); }
 void set_png(const char *value) { PLT_set_dump(DUMP_PNG, value); }
 
 /* value is the text behind the match and one separator, whatever that is; "" when there is none. */
-struct ParamWord {
+struct Keyword {
     const char *name;
-    size_t match; // leading characters compared; 0 compares the whole word
+    size_t match;
     void (*act)(const char *value);
 };
 
 /* The order counts: "gif" would take "gif_inter" too.  "plt_off" is compared on one character more
  * than it has: only the bare word fits, which brings no value. */
-constexpr ParamWord kWords[] = {
+constexpr Keyword kWords[] = {
     {"full", 0, [](const char *) { PLT_set_full(0.0f); }},
     {"fullab", 0,
      [](const char *) {
@@ -174,22 +174,20 @@ constexpr ParamWord kWords[] = {
     {"xwd", 3, [](const char *value) { PLT_set_dump(DUMP_XWD, value); }},
 };
 
-constexpr ParamWord kFileWords[] = {
+constexpr Keyword kFileWords[] = {
     {"gif", 3, set_gif},
     {"png", 3, set_png},
 };
 
 template <size_t N>
-void take_words(const char *resource, const ParamWord (&table)[N]) {
+void take_words(const char *resource, const Keyword (&table)[N]) {
     const ResList words(resource);
     for (int i = 0; i < words.count; i++)
-        for (const ParamWord &w : table) {
-            const char *word = words[i];
-            if (w.match ? STR_ncasecmp(word, w.name, w.match) : STR_casecmp(word, w.name))
-                continue;
-            w.act(strlen(word) > w.match ? word + w.match + 1 : "");
-            break;
-        }
+        for (const Keyword &w : table)
+            if (PARAM_fits(w, words[i])) {
+                w.act(strlen(words[i]) > w.match ? words[i] + w.match + 1 : "");
+                break;
+            }
 }
 } // namespace
 
@@ -199,5 +197,7 @@ void PLT_param() {
 }
 
 const PlotParams *PLT_params() { return &params; }
+
+ParamNames PLT_param_names() { return PARAM_names(kWords); }
 
 void PLT_param_reset() { params = PlotParams{}; }

@@ -1,6 +1,8 @@
 /* The `plot_param` resource: keywords that shape a plot. */
 #pragma once
 
+#include "shell/param_words.h"
+
 #include <string>
 
 /* Takes the keywords of plot_param, each by the first word of the table that fits, and "gif" and
@@ -15,5 +17,7 @@ struct PlotParams {
     std::string grid_format;
 };
 const PlotParams *PLT_params();
+
+ParamNames PLT_param_names();
 
 void PLT_param_reset();

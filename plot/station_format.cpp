@@ -151,12 +151,7 @@ void take_marker(const char *word, PlotFormat *format) {
     format->marker = STR_casecmp(name, "cld") ? ATTR_marker_index(name) : PLOT_SKY_MARKER;
 }
 
-struct ParamWord {
-    const char *name;
-    size_t match; // leading characters compared; 0 compares the whole word
-    void (*act)(const char *word, PlotFormat *format);
-};
-constexpr ParamWord kParamWords[] = {
+constexpr ParamWord<PlotFormat *> kParamWords[] = {
     {"skip", 4, [](const char *w, PlotFormat *f) { f->skip = atoi(behind(w, 5)); }},
     {"text", 4, [](const char *w, PlotFormat *f) { f->text = behind(w, 5); }},
     {"mark", 4, take_marker},
@@ -173,12 +168,7 @@ void take_param(const char *word, PlotFormat *format) {
         format->off_y = place.off_y;
         return;
     }
-    for (const ParamWord &row : kParamWords) {
-        if (row.match ? STR_ncasecmp(word, row.name, row.match) : STR_casecmp(word, row.name))
-            continue;
-        row.act(word, format);
-        return;
-    }
+    PARAM_take(kParamWords, word, format);
 }
 } // namespace
 
@@ -200,3 +190,5 @@ void PLOT_param() {
     for (int i = 0; i < words.count; i++)
         take_param(words[i], PLOT_format());
 }
+
+ParamNames PLOT_param_names() { return PARAM_names(kParamWords); }

@@ -6,6 +6,7 @@
 
 #include "kernel/plot_attr.h"
 #include "shell/missing.h"
+#include "shell/param_words.h"
 
 #include <string>
 
@@ -59,6 +60,7 @@ int PLOT_align_x(float off_x);
 
 /* The words of `plot_param`, onto the current format. */
 void PLOT_param();
+ParamNames PLOT_param_names();
 
 /* Sets the kernel's attributes from a format. */
 void PLOT_apply(PlotFormat *format);

@@ -218,6 +218,11 @@ std::vector<OptionSpec> OPT_table(const int *keyed, const int *positional) {
     return table;
 }
 
+OptionHelp OPT_help(int id) {
+    const OptionRow *row = find(id);
+    return row ? OptionHelp{row->form, row->help} : OptionHelp{"", ""};
+}
+
 void OPT_print_help(int id) {
     const OptionRow *row = find(id);
     if (!row)

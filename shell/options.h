@@ -24,6 +24,14 @@ void OPT_describe(OptionSpec *row, int id);
 /* The rows of both lists, keyed first. */
 std::vector<OptionSpec> OPT_table(const int *keyed, const int *positional);
 
+/* An id's option or argument as the help shows it, and what it does; "" for one that is not known.
+ */
+struct OptionHelp {
+    const char *form;
+    const char *help;
+};
+OptionHelp OPT_help(int id);
+
 /* Help of one id, and the whole usage text, at MSG_PRINT. */
 void OPT_print_help(int id);
 void OPT_usage(const char *program, const int *keyed, const int *positional);

@@ -2,6 +2,7 @@
 
 #include "files/date_time.h"
 #include "shell/defaults.h"
+#include "shell/loop_settings.h"
 #include "shell/message.h"
 #include "shell/missing.h"
 #include "shell/params.h"
@@ -110,8 +111,7 @@ void read_search_list(const std::vector<OptionSpec> &table) {
         if (*entry == '+')
             DEF_define(entry + 1);
         else if (*entry == '#')
-            MSG_print(MSG_WARN, "RES_read: loop windows are not supported yet: %s skipped\n",
-                      entry);
+            LOOP_take_settings(entry + 1, table);
         else
             read_file(entry, table);
     }
@@ -148,7 +148,8 @@ bool takes_no_argument(int type) {
     return type == OPT_BOOL || type == OPT_BATCH || type == OPT_HELP;
 }
 
-/* Stores a keyed argument.  Gives the next argument back, in *keyed, when the row takes none. */
+/* Stores a keyed argument, and tells an open loop window.  Gives the next argument back, in *keyed,
+ * when the row takes none. */
 void apply_keyed(Keyed *keyed, const std::vector<OptionSpec> &table) {
     const char *key = keyed->key.c_str();
     int row = find_keyed(table, key, is_option);
@@ -161,6 +162,7 @@ void apply_keyed(Keyed *keyed, const std::vector<OptionSpec> &table) {
     }
     if (row == MISSING) {
         RES_set(key, keyed->value);
+        LOOP_tell(key, keyed->value ? keyed->value : "");
         return;
     }
     const OptionSpec &spec = table[size_t(row)];
@@ -169,6 +171,7 @@ void apply_keyed(Keyed *keyed, const std::vector<OptionSpec> &table) {
         keyed->value = nullptr;
     }
     RES_add(row, spec.name, keyed->value, spec.type);
+    LOOP_tell(spec.name, keyed->value ? keyed->value : "");
 }
 
 /* Row of that position, or MISSING.  Keyed rows stand at 0. */
@@ -231,5 +234,6 @@ void RES_read(const char *program, const char *, int argc, char **argv,
     read_search_list(table);
     read_environment(table);
     read_command_line(argc, argv, table);
+    LOOP_quit();
     RES_convert_all();
 }

@@ -335,16 +335,18 @@ void process(const std::string &text) {
 // ---- The list ----
 
 struct LabelWord {
-    const char *word;
+    const char *name;
+    size_t match;
     int level;
 };
-constexpr LabelWord kLabelWords[] = {{"labm", -1}, {"labs", 0}, {"labn", 1}, {"labc", 2}};
+constexpr LabelWord kLabelWords[] = {
+    {"labm", 4, -1}, {"labs", 4, 0}, {"labn", 4, 1}, {"labc", 4, 2}};
 
 void read_label_level() {
     const ResList words("plot_param");
     for (int i = 0; i < words.count; i++)
         for (const LabelWord &row : kLabelWords)
-            if (STR_ncasecmp(words[i], row.word, strlen(row.word)) == 0)
+            if (PARAM_fits(row, words[i]))
                 var().label_level = row.level;
 }
 
@@ -438,3 +440,5 @@ void VAR_label(int index, std::string *out) {
         VAR_str(&name, entry->var_ids[0], entry->units.c_str());
     *out += name;
 }
+
+ParamNames VAR_param_names() { return PARAM_names(kLabelWords); }

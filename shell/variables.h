@@ -8,6 +8,7 @@
  */
 #pragma once
 
+#include "shell/param_words.h"
 #include "shell/variable_entry.h"
 
 #include <cstdio>
@@ -68,5 +69,8 @@ int VAR_parse_level(const char *text, int *level_1, int *level_2);
 
 /* A label of a time and a level, such as "12 hour " and "500 mb". */
 void VAR_make_datatype(int time, int level_1, int level_2, std::string *out);
+
+/* The words of `plot_param` that choose the length of labels. */
+ParamNames VAR_param_names();
 
 void VAR_reset();

@@ -1,5 +1,5 @@
 # What the program needs of Debian's packages, and how to install what is missing.  To be sourced.
-RADAR_BUILD_PACKAGES="g++ cmake make zlib1g-dev libbz2-dev libpng-dev libx11-dev"
+RADAR_BUILD_PACKAGES="g++ cmake make zlib1g-dev libbz2-dev libpng-dev libx11-dev libnetcdf-dev"
 RADAR_TEST_PACKAGES="libgtest-dev nlohmann-json3-dev ghostscript pngcheck netpbm giflib-tools xvfb xdotool"
 
 radar_is_installed() { dpkg-query -W -f='${Status}' "$1" 2>/dev/null | grep -q 'ok installed'; }

@@ -217,6 +217,45 @@ TEST_F(PostScript, WordsShapeThePage) {
     EXPECT_EQ(gget_inverse(), 1);
 }
 
+TEST_F(PostScript, APictureFillsItsBox) {
+    const struct {
+        const char *words, *geometry;
+        const char *box, *placing; // the drawing, and a point or two around it
+    } cases[] = {
+        {"epsf", "", "577 757",
+         "90 rotate\n1 -576 translate\nnp\n-1 -1 mv\n-1 576 ln\n"
+         "756 576 ln\n756 -1 ln\ncp\nclip\n0 setgray\n"},
+        {"eps,EPSF,port,color", "", "757 577", "def\n1 1 translate\nnp\n-1 -1 mv\n"},
+        {"epsf,scale=0.504", "", "289 379", "90 rotate\n1 -288 translate\nnp\n-1 -1 mv\n"},
+        {"epsf,scale=-1,port", "", "757 577", "def\n756 576 translate\nnp\n-756 -576 mv\n"},
+        {"epsf,port", "100x200+10+20", "73 145", "def\n-6 -13 translate\nnp\n6 13 mv\n"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.words);
+        fresh();
+        RES_set("geometry", c.geometry);
+        open_ps(c.words);
+        GPH_line(0, 0, 1, 1);
+        gset_line_colr_ind(2);
+        gset_linetype(2);
+        GPH_line(0, 0, 1, 1);
+        gsel_norm_tran(1);
+        GPH_line(0, 0, 1, 1);
+        const std::string text = document();
+        EXPECT_TRUE(text.starts_with("%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 " +
+                                     std::string(c.box) + "\n"));
+        EXPECT_TRUE(has(text, c.placing));
+        EXPECT_TRUE(has(text, "setdash\ngsave\n%%Begin plot\n") ||
+                    has(text, "scale\ngsave\n%%Begin plot\n"));
+        EXPECT_TRUE(text.ends_with("stroke\ngrestore\n%%End of plot\nshowpage\n%%EOF\n"));
+        EXPECT_FALSE(has(text, "initclip") || has(text, "saveobj") || has(text, "begin\n"));
+        // Behind a new clip the ink is told once more.
+        const std::string ink = has(c.words, "color") ? "1.00 0.00 0.00 setrgbcolor\n" : "";
+        const std::string tail = text.substr(text.rfind("grestore\ngsave\nnp\n"));
+        EXPECT_TRUE(has(tail, "%%PL:2\n" + ink + "[6] 0 setdash\nnp\n"));
+    }
+}
+
 TEST_F(PostScript, GeometryPlacesTheDrawingOnThePage) {
     Env first("qraps_geometry", "20x20"), second("PSGEOMETRY", "10x10");
     for (const auto &[text, want] : {std::pair{"100x200+10+20", "72x144+7+14"},
@@ -252,8 +291,13 @@ TEST_F(PostScript, TargetsAreFilesCommandsAndEndsOfFiles) {
     EXPECT_EQ(made("p,|cat >piped.ps"), "Spooling to: cat >piped.ps");
     EXPECT_EQ(made("p,+piped.ps"), "Appending to: piped.ps");
     const std::string both = scratch.read("piped.ps");
-    EXPECT_TRUE(has(both, "%%EOF\n0 setgray\n1 dot lw\n[] 0 setdash\n%%QRA Plot: QRA\ninitclip\n"));
-    EXPECT_TRUE(both.starts_with("%!PS") && both.ends_with("clip\n%%End of plot\n"));
+    const std::string end = "saveobj restore\nshowpage\nend\n%%EOF\n";
+    EXPECT_TRUE(has(both, end + "gsave\n/inch {72 mul} def\n/dot "));
+    EXPECT_TRUE(has(both,
+                    "/cp {closepath} def\n90 rotate\n.25 inch -8.25 inch translate\n0 setgray\n"
+                    "1 dot lw\n[] 0 setdash\n%%QRA Plot: QRA\ninitclip\n"));
+    EXPECT_TRUE(both.starts_with("%!PS") && both.ends_with("clip\n%%End of plot\ngrestore\n"));
+    EXPECT_EQ(both.rfind("showpage"), both.find("showpage"));
     std::filesystem::current_path("/");
 }
 

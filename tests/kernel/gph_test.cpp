@@ -61,7 +61,7 @@ TEST_F(Gph, ADeviceThatCannotOpenEndsTheRun) {
     ends([&] { open("d"); }, "unable to connect to display");
     ends([&] { open("p,/"); }, "unable to open postscript file\n\n");
     Env print("qraprint", "HPGL");
-    ends([&] { open("p"); }, "The HPGL device is not there yet");
+    ends([&] { open("p,/"); }, "unable to open HPGL file\n\n");
     RES_reset();
     PAR_set(PAR_DEVICE, MISSING);
     PAR_set(PAR_BATCH, 1); // a batch run is not asked

@@ -13,11 +13,14 @@ namespace {
 struct Comparison {
     int wrong = 0;
     void check(float value) {
-        char want[100], got[2 * NUMBER_ROOM + 2];
-        snprintf(want, sizeof want, "%3.2f %3.3f", double(value), double(value));
+        char want[200], got[3 * NUMBER_ROOM + 3];
+        const double wide = double(value);
+        snprintf(want, sizeof want, "%3.2f %3.3f %f", wide, wide, wide);
         char *at = gput_fixed2(got, value);
         *at++ = ' ';
-        *gput_fixed3(at, value) = '\0';
+        at = gput_fixed3(at, value);
+        *at++ = ' ';
+        *gput_fixed6(at, value) = '\0';
         if (strcmp(want, got) != 0 && wrong++ == 0)
             ADD_FAILURE() << got << " for " << want;
     }
@@ -26,9 +29,11 @@ struct Comparison {
 
 TEST(NumberWriter, ComesOutAsPrintfWritesIt) {
     Comparison all;
-    // Every multiple of a sixteenth: all the halves of both forms are among them.
+    // Multiples of a sixteenth, and odd ones of a 128th: all the halves are among them.
     for (int i = -200000; i <= 200000; i++)
         all.check(float(i) / 16);
+    for (int i = -100001; i <= 100001; i += 2)
+        all.check(float(i) / 128);
     for (int i = 0; i < 100000; i++) { // neighbours of x.xx5
         const float near = float(i) / 1000 + 0.0005f;
         for (float value : {near, std::nextafter(near, 0.0f), std::nextafter(near, 1e9f)})

@@ -129,13 +129,36 @@ TEST_F(MapTest, WhatIsNotThereIsToldOf) {
     for (const auto &[list, message] : {
              std::pair{"none.map:red", "MAP_process: Map file not found: none.map\n"},
              {"fi:none.lst", "MAP_draw: Unable to open map list file: none.lst\n"},
-             {"MF:a.meta", "MAP_process: Metafiles in map lists are not there yet: MF:a.meta\n"},
+             {"MF:none.meta", "gread_metafile: Unable to open image file: none.meta\n"},
+             {"mf:", "gread_metafile: Unable to open image file: \n"},
              {"fi:many", "MAP_draw: Map list file is too long: many\n"},
              {"fi:self", "MAP_process: Map file not found: fi\n" // it is not followed
                          "MAP_draw: Word too long in map list file: self\n"},
          })
         EXPECT_EQ(page_errors_of([&] { maps(list + std::string(",3")); }), message);
     EXPECT_EQ(drawn.lines.size(), 3u) << "the rest is drawn";
+}
+
+TEST_F(MapTest, AMetafileKeepsItsTransformsToItself) {
+    const auto transforms = [] {
+        std::string all = page_list(page_transform());
+        for (int n = 0; n < 6; n++) {
+            int error;
+            float r[8];
+            gget_norm_tran(n, &error, r);
+            all += "|" + page_list(r[0], r[1], r[2], r[3], r[4], r[5], r[6], r[7]);
+        }
+        return all;
+    };
+    maps("");
+    const std::string before = transforms();
+    const std::string meta = scratch.write("a.meta", "QRAMETA\nWIN 1 0 0 5 5\nVP 3 0 0 .5 .5\n"
+                                                     "WIN 4 1 1 9 9\nTR 4\nPL 2 3,4 5,6 \n"
+                                                     "VP 2 0 0 .1 .1\nWIN 2 0 0 1 1\n");
+    EXPECT_EQ(maps("mf:" + meta + ",1"), "41");
+    EXPECT_EQ(page_list(drawn.lines[0].transform, drawn.lines[1].transform), "4 2");
+    EXPECT_EQ(drawn.notes.at(0), "Map-metafile: " + meta);
+    EXPECT_EQ(transforms(), before);
 }
 
 TEST_F(MapTest, TheFirstDomainChoosesTheDefault) {

@@ -1,7 +1,11 @@
 /* Writes the shipped samples of radar data: write_samples FOLDER */
+#include "tools/samples/composite_samples.h"
 #include "tools/samples/level2_volumes.h"
 #include "tools/samples/nids_writer.h"
+#include "tools/samples/rcm_samples.h"
+#include "tools/samples/rrwds_writer.h"
 #include "tools/samples/storm.h"
+#include "tools/samples/summary_samples.h"
 
 #include <algorithm>
 #include <cmath>
@@ -181,6 +185,25 @@ SampleProduct precip_array() {
     return product;
 }
 
+/* The weather moves to the east, so minutes before it stood as a radar further east sees it. */
+std::string scan_of_plains(int minute) {
+    constexpr double kMotion = 0.01; // degrees a minute
+    SampleScan scan;
+    scan.minute = minute;
+    SMP_fill_scan(35.3334, -97.2778 + kMotion * (15 - minute), &scan);
+    return SMP_scan(scan);
+}
+
+/* From a hill, so the beam is tilted down. */
+std::string scan_of_low() {
+    SampleScan scan;
+    scan.radar = "PDT";
+    scan.range = 100;
+    scan.elevation = -2;
+    SMP_fill_scan(45.6906, -118.8529, &scan);
+    return SMP_scan(scan);
+}
+
 struct SampleFile {
     const char *name;
     std::string (*make)();
@@ -203,6 +226,19 @@ const SampleFile kFiles[] = {
     {"nss_tlx.nids", [] { return SMP_short_lead("NSSTLX") + SMP_message(storm_structure()); }},
     {"level2/KTLX/KTLX_20130520_2011", SMP_old_volume},
     {"level2/KTLX/KTLX_20130520_2016", SMP_new_volume},
+    {"nowrad/1305202015.now", SMP_nowrad_degrees},
+    {"nowrad/sector/1305202015.now", SMP_nowrad_sector},
+    {"kavrad/1305202015.kav", SMP_kavrad_low},
+    {"kavrad/high/1305202015.kav", SMP_kavrad_high},
+    {"rrwds/TLX_1305202010.rrw", [] { return scan_of_plains(10); }},
+    {"rrwds/TLX_1305202015.rrw", [] { return scan_of_plains(15); }},
+    {"rrwds/PDT_1305202015.rrw", scan_of_low},
+    {"mdr/13052020.rad", SMP_summary_bulletin},
+    {"rcm/1305202000.rcm", SMP_rcm_file},
+    {"rcm_cvt/13052020.rcm", SMP_summary_stations},
+    {"native/13052020.rcm", SMP_summary_native},
+    {"nc11/13052020.rad", SMP_summary_netcdf11},
+    {"nc12/13052020.rad", SMP_summary_netcdf12},
     {"dpa_tlx.nids",
      [] { return SMP_long_lead("DPATLX") + SMP_message(precip_array()) + SMP_trailer(); }},
 };
