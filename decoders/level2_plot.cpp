@@ -285,6 +285,7 @@ void LEV2_draw_data() {
         RADAR_use_colors(kReflectivity);
     else
         RADAR_use_wind_colors(RADAR_VELOCITY_COLORS, kFlags);
+    RADAR_check_interval();
     Sweep sweep;
     RADAR_find_site(data_domain, &sweep.site);
     PLT_message("LEV2 Sum");

@@ -108,4 +108,5 @@ void NIDS_choose_colors() {
         RADAR_use_wind_colors(row.colors, kFlags);
     else
         RADAR_use_colors(row.colors);
+    RADAR_check_interval();
 }

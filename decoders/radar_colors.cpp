@@ -3,6 +3,7 @@
 #include "kernel/gph.h"
 #include "plot/color_bar.h"
 #include "plot/levels.h"
+#include "shell/message.h"
 #include "shell/resource.h"
 
 #include <algorithm>
@@ -35,6 +36,14 @@ void RADAR_use_wind_colors(const char *text, std::span<const float> flags) {
     RADAR_use_colors(text);
     colors.wind = true;
     colors.flags = flags;
+}
+
+void RADAR_check_interval() {
+    CONT_read_interval();
+    const ContState &c = *CONT_state();
+    const bool finds_interval = c.grid_min != MISSING_F && c.grid_max != MISSING_F;
+    if (c.levels[0] == MISSING_F && !(c.interval > 0.0f) && !finds_interval)
+        MSG_print(MSG_WARN, "RADAR_check_interval: Colors without values need an interval\n");
 }
 
 bool RADAR_set_color(float value) {

@@ -16,6 +16,10 @@ void RADAR_use_colors(const char *text);
  * which stay good while the table is in use. */
 void RADAR_use_wind_colors(const char *text, std::span<const float> flags);
 
+/* Warns where nothing will be drawn: colours without levels, as a user may give them, need an
+ * interval. */
+void RADAR_check_interval();
+
 /* Makes the fill attribute of a value current.  False when the value is not drawn. */
 bool RADAR_set_color(float value);
 

@@ -4,6 +4,5 @@
 #include "decoders/rcm_grid.h"
 #include "decoders/rcm_record.h"
 
-/* Draws a message's storms, mesocyclones and tornado signatures, with what is
- * told of them. */
+/* Draws a message's storms, mesocyclones and tornado signatures, with what is told of them. */
 void RCM_draw_storms(const RcmReport &report, const RcmGrid &grid);

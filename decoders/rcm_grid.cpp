@@ -58,7 +58,7 @@ void RCM_find_grid(const Domain &message, RcmGrid *grid) {
     PRJ_set_domain(&national);
     PRJ_latlon_to_xy(message.clat, message.clon, &x, &y);
     if (PRJ_xy_to_grid(x, y, &col, &row) == 0)
-        PRJ_grid_to_xy(truncf(col - kAside), truncf(row - kAside), &grid->origin.x,
+        PRJ_grid_to_xy(floorf(col - kAside), floorf(row - kAside), &grid->origin.x,
                        &grid->origin.y);
     PRJ_set_domain(&grid->site.plot);
 }

@@ -1,5 +1,4 @@
-/* The grid of a radar coded message on the map: its boxes, and where they lie.
- */
+/* The grid of a radar coded message on the map: its boxes, and where they lie. */
 #pragma once
 
 #include "decoders/radar_cells.h"
@@ -15,15 +14,12 @@ struct RcmGrid {
     Point origin = {MISSING_F, MISSING_F}; // upper left corner, under the domain of the message
 };
 
-/* Finds the grid around the radar in the middle of a message's domain; the
- * current projection is kept. */
+/* Finds the grid around the radar in the middle of a message's domain; the current projection is
+ * kept. */
 void RCM_find_grid(const Domain &message, RcmGrid *grid);
 
-/* Plot position so many boxes to the right of the corner and below it; missing
- * when there is none.
- */
+/* Plot position so many boxes to the right of the corner and below it; missing without an image. */
 Point RCM_grid_at(const RcmGrid &grid, float col, float row);
 
-/* Fills the boxes in the current colours.  Values that have none are set to 0.
- */
+/* Fills the boxes in the current colours.  Values that have none are set to 0. */
 void RCM_fill_boxes(const RcmGrid &grid, RcmReport *report);

@@ -56,8 +56,8 @@ RcmState rcm;
 
 bool is_letter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
 
-/* Three letters; of the four that airports have the first is dropped.  Any
- * other text names no station. */
+/* Three letters; of the four that airports have the first is dropped.  Any other text names no
+ * station. */
 bool take_station(const char *text) {
     const size_t length = strlen(text);
     if ((length != 3 && length != 4) || !is_letter(*text))
@@ -105,8 +105,7 @@ bool find_message() {
     return false;
 }
 
-/* What the message knows of its time goes into what was left open, and into the
- * label. */
+/* What the message knows of its time goes into what was left open, and into the label. */
 void take_time() {
     if (rcm.report.time.year == MISSING)
         return;
@@ -118,8 +117,7 @@ void take_time() {
             rcm.plot_time.*field = rcm.report.time.*field;
 }
 
-/* Opens a file and finds the station's message in it.  1, or 0 after a message.
- */
+/* Opens a file and finds the station's message in it.  1, or 0 after a message. */
 int open_message(const char *name) {
     if (!RCM_open_file(name))
         return 0;
@@ -199,8 +197,8 @@ void prepare() {
     find_station();
 }
 
-/* Watches that are asked for are those in force at the plot's time, which a
- * name without a date leaves to the message. */
+/* Watches that are asked for are those in force at the plot's time, which a name without a date
+ * leaves to the message. */
 void find_overlays() {
     const ResList variables("variable");
     for (int i = 0; i < variables.count; i++)

@@ -11,16 +11,15 @@
 
 namespace {
 
-constexpr size_t kLine = 5000;      // bytes; the rest of a longer line is a line of its own
-constexpr size_t kLeast = 100;      // bytes of a message: shorter ones go on in the next line
-constexpr int kMostLines = 100'000; // between two messages
-constexpr size_t kBlockHead = 4;    // bytes
+constexpr size_t kLine = 5000; // bytes; the rest of a longer line is a line of its own
+constexpr size_t kLeast = 100; // bytes of a message: shorter ones go on in the next line
+constexpr size_t kMostBetween = 64'000'000; // bytes in front of a message
+constexpr size_t kBlockHead = 4;            // bytes
 constexpr double kMetresPerFoot = 0.3048;
 
 // ---- Lines ----
 
-/* Reads the bytes of a line, all but its line feed.  False at the end of the
- * file. */
+/* Reads the bytes of a line, all but its line feed.  False at the end of the file. */
 bool read_line(FILE *file, std::string *line) {
     line->clear();
     int c = 0;
@@ -38,7 +37,11 @@ bool has_more(FILE *file) {
 /* Goes behind the line that begins a message. */
 bool find_message(FILE *file, RcmReport *report) {
     std::string line;
-    for (int n = 0; n < kMostLines && read_line(file, &line); n++) {
+    for (size_t passed = 0; read_line(file, &line); passed += line.size() + 1) {
+        if (passed > kMostBetween) {
+            MSG_print(MSG_WARN, "RCM_read: Too much without a message, the rest is not read\n");
+            return false;
+        }
         if (!line.starts_with("RCM"))
             continue;
         line.erase(line.find_last_not_of("\r ") + 1);
@@ -80,8 +83,8 @@ size_t block_size(std::string_view bytes) {
     return std::min(2 * halfwords, bytes.size());
 }
 
-/* Takes the block of a type off the front when it stands there, and gives what
- * it holds.  A block too short for its own head ends the message. */
+/* Takes the block of a type off the front when it stands there, and gives what it holds.  A block
+ * too short for its own head ends the message. */
 bool take_block(std::string_view *bytes, BlockType type, std::string *content) {
     if (!is_block(*bytes, type))
         return false;

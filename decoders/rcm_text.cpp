@@ -20,9 +20,8 @@ struct Reading {
     int outside = 0; // boxes that the grid does not have
 };
 
-/* Matches a format and goes on behind it.  Every directive must find its part;
- * the comma or blank that a format ends with may be missing, as it is behind
- * the last item of a list. */
+/* Matches a format and goes on behind it.  Every directive must find its part; the comma or blank
+ * that a format ends with may be missing, as it is behind the last item of a list. */
 template <class... Into>
 bool take(Reading *in, const char *format, Into *...into) {
     if (scanp(&in->scan, format, into...) < std::count(format, format + strlen(format), '%'))
@@ -55,8 +54,8 @@ bool is_inside(Box box) {
     return box.col >= 0 && box.col < RCM_SIZE && box.row >= 0 && box.row < RCM_SIZE;
 }
 
-/* Row and column of four boxes by four, and the box among those sixteen.  Three
- * characters more than the letters stand for places in front of them. */
+/* Row and column of four boxes by four, and the box among those sixteen, of which three signs in
+ * front of the letters tell the column too. */
 Box box_at(const char letters[3]) {
     const int c0 = letters[0] - 'A', c1 = letters[1] - 'A', c2 = letters[2] - 'A';
     const int across = c2 < 0 ? letters[2] - 62 : c2;
@@ -90,8 +89,8 @@ uint8_t digit_value(Reading *in, char c) {
     return kUnset;
 }
 
-/* One row: where it begins, and its boxes from there on: a digit is a value, a
- * letter repeats the last one as many times as its place in the alphabet. */
+/* One row: where it begins, and its boxes from there on: a digit is a value, a letter repeats the
+ * last one as many times as its place in the alphabet. */
 void read_row(Reading *in) {
     const char letters[3] = {SCAN_peek(&in->scan, 0), SCAN_peek(&in->scan, 1),
                              SCAN_peek(&in->scan, 2)};

@@ -1,7 +1,8 @@
 /* What a summary plot is to show: its words of `plot_param`, and the choice of variables. */
+#include "decoders/summary_options.h"
+
 #include "decoders/radar_options.h"
 #include "decoders/rcm_record.h"
-#include "decoders/summary_plot.h"
 #include "decoders/watches.h"
 #include "plot/levels.h"
 #include "plot/station_plot.h"
@@ -29,42 +30,32 @@ OptionState state;
 
 // ---- Words ----
 
-void take_ring(const char *value) {
+constexpr size_t kDist = 4, kNumplt = 6; // characters
+
+void take_ring(const char *word) {
     constexpr float kDefault = 100.0f, kLeast = 10.0f, kMost = 10000.0f; // nautical miles
+    const char *value = RADAR_word_value(word, kDist);
     state.options.ring = *value ? fminf(fmaxf(strtof(value, nullptr), kLeast), kMost) : kDefault;
 }
 
-void take_limit(const char *value) {
-    state.options.report_limit = int(std::clamp(strtol(value, nullptr, 10), 0l, long(RCM_STORMS)));
+void take_limit(const char *word) {
+    const char *value = RADAR_word_value(word, kNumplt);
+    if (*value)
+        state.options.report_limit =
+            int(std::clamp(strtol(value, nullptr, 10), 0l, long(RCM_STORMS)));
 }
 
-/* match: leading characters compared, with a value behind one separator; 0 compares the whole
- * word. */
-struct SummaryWord {
-    const char *name;
-    size_t match;
-    void (*act)(const char *value);
-};
-constexpr SummaryWord kWords[] = {
+constexpr ParamWord<> kWords[] = {
     {"site", 0, [](const char *) { state.options.site = 1; }},
-    {"dist", 4, take_ring},
+    {"dist", kDist, take_ring},
     {"nodist", 0, [](const char *) { state.options.ring = 0.0f; }},
     {"nostatus", 0, [](const char *) { state.options.show_status = 0; }},
-    {"numplt", 6, take_limit},
+    {"numplt", kNumplt, take_limit},
     {"noclar", 0, [](const char *) { state.options.no_clear = 1; }},
     {"refresh", 0, [](const char *) { state.options.refresh = 1; }},
     {"nobar", 0, [](const char *) { CONT_set_bar(-2); }},
     {"slabel", 0, [](const char *) { WATCH_set_labels(1); }},
 };
-
-void take_word(const char *word) {
-    for (const SummaryWord &row : kWords) {
-        if (row.match ? STR_ncasecmp(word, row.name, row.match) : STR_casecmp(word, row.name))
-            continue;
-        row.act(row.match ? RADAR_word_value(word, row.match) : "");
-        return;
-    }
-}
 
 // ---- Menu ----
 
@@ -95,8 +86,10 @@ void SUM_parse_params() {
     state.options.plot_scale = PLOT_scale(scale);
     const ResList words("plot_param");
     for (int i = 0; i < words.count; i++)
-        take_word(words[i]);
+        PARAM_take(kWords, words[i]);
 }
+
+ParamNames SUM_param_names() { return PARAM_names(kWords); }
 
 void SUM_set_prompt(int flag) { state.may_ask = flag != 0; }
 

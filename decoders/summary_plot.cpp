@@ -50,6 +50,7 @@ struct SummaryState {
     std::string name;          // of the file
     std::vector<float> values; // of the grid, kept from picture to picture
     bool fresh = false;        // a plot begins, and is no replot
+    bool has_watches = false;  // those in force at its time are known
     Domain stations;           // of the plot before any zoom
 };
 SummaryState state;
@@ -73,7 +74,7 @@ void fill_missing(DateTime *date, const DateTime &from) {
             date->*field = from.*field;
 }
 
-/* Of the picture.  A bulletin does not tell its date: the name of its file does. */
+/* Of the file opened last.  A bulletin does not tell its date: the name of its file does. */
 DateTime picture_time() {
     DateTime time = summary.time, named;
     FILE_get_date(&named);
@@ -208,6 +209,22 @@ void draw_key() {
 
 // ---- Steps of the frame driver ----
 
+bool tells_hour(const DateTime &time) {
+    return time.year != MISSING && time.month != MISSING && time.day != MISSING &&
+           time.hour != MISSING;
+}
+
+/* Which watches are in force can be told only with a time. */
+void find_watches(const DateTime &time) {
+    if (!lists("watch"))
+        return;
+    state.has_watches = tells_hour(time);
+    if (state.has_watches)
+        WATCH_decode(&time);
+    else
+        MSG_print(MSG_WARN, "SUM_plot: No time to find watches for:%s\n", state.name.c_str());
+}
+
 /* The table as a colour bar shows it, whatever the values were drawn with. */
 void set_bar_levels() {
     set_levels(TYPE_FILLED, kBase, 1.0f);
@@ -218,8 +235,7 @@ void draw_picture() {
     GPH_sel_tran(kData);
     MSG_print(MSG_MESS, "File: %s\n", state.name.c_str());
     const DateTime time = picture_time();
-    if (lists("watch"))
-        WATCH_decode(&time);
+    find_watches(time);
     set_labels(time);
     SUM_draw();
     set_bar_levels();
@@ -229,11 +245,6 @@ void begin_plot(const Domain *domain) {
     if (state.fresh)
         state.stations = *domain;
     state.fresh = false;
-}
-
-void handle_event(float x, float y, int, const char *name) {
-    PLT_value_readout(x, y, name);
-    PLT_common_events(x, y, name);
 }
 
 constexpr PlotSteps kSteps = {
@@ -249,7 +260,7 @@ constexpr PlotSteps kSteps = {
     .time = [] { return &state.plot_time; },
     .data_domain = grid_domain,
     .plot = SUM_plot,
-    .pointer = handle_event,
+    .pointer = SUM_pointer,
     .refreshes = [] { return SUM_options()->refresh != 0; },
     .looks_first = false,
 };
@@ -282,7 +293,7 @@ int SUM_open_file(const char *name) {
         SUM_close_file();
         return 0;
     }
-    fill_missing(&state.plot_time, summary.time);
+    fill_missing(&state.plot_time, picture_time());
     return 1;
 }
 
@@ -320,7 +331,8 @@ void SUM_draw_extra() {
         return;
     GPH_sel_tran(kData);
     if (lists("watch")) {
-        WATCH_draw();
+        if (state.has_watches)
+            WATCH_draw();
         if (VAR_count() == 1)
             return;
     }
@@ -340,6 +352,11 @@ void SUM_draw_labels() {
     PLT_labels();
     if (DRAW_get(DRAW_DATA) && STR_casecmp(VAR_name(0), "amv") == 0)
         draw_key();
+}
+
+void SUM_pointer(float x, float y, int, const char *name) {
+    PLT_value_readout(x, y, name);
+    PLT_common_events(x, y, name);
 }
 
 void SUM_reset() {

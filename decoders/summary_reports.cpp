@@ -1,7 +1,7 @@
 #include "decoders/summary_reports.h"
 
 #include "decoders/radar_marks.h"
-#include "decoders/summary_plot.h"
+#include "decoders/summary_options.h"
 #include "decoders/summary_reader.h"
 #include "decoders/summary_values.h"
 #include "kernel/gph.h"

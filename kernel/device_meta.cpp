@@ -117,7 +117,10 @@ int gmeta_close() {
     return 0;
 }
 
-void gset_meta_binary(int flag) { state.binary = flag != 0; }
+int gset_meta_binary(int flag) {
+    state.binary = flag != 0;
+    return 0;
+}
 
 int gget_meta_binary() { return state.binary; }
 

@@ -23,5 +23,5 @@ int gmeta_printf(const char *format, ...) __attribute__((format(printf, 1, 2)));
 int gmeta_command(int number, int id, int length, int extra);
 int gmeta_point(float x, float y); // of the world, in the binary form
 
-void gset_meta_binary(int flag);
+int gset_meta_binary(int flag); // 0
 int gget_meta_binary();

@@ -35,4 +35,5 @@ enum ObjCode {
     OBJ_FILL_INDEX = 74,
     OBJ_FILL_COLOR = 75,
     OBJ_FILL_BLACK = 76,
+    OBJ_CALL = 999, // a procedure of the layers above
 };

@@ -39,6 +39,11 @@ void run(int (*call)(const Point *, const char *), Object o) {
     call(&at, data_of<char>(o) + sizeof at);
 }
 
+void play_call(Object o) {
+    const auto *call = data_of<ObjectCall>(o);
+    call->proc(call->argument);
+}
+
 template <auto kCall>
 void play(Object o) {
     run(kCall, o);
@@ -81,6 +86,7 @@ constexpr struct {
     {OBJ_FILL_STYLE, play<gset_fill_int_style>},
     {OBJ_FILL_INDEX, play<gset_fill_style_ind>},
     {OBJ_FILL_BLACK, play<gset_fill_black>},
+    {OBJ_CALL, play_call},
 };
 
 void play_all() {
@@ -113,6 +119,7 @@ int gclear_region(const float rect[4]) {
 int gprint_meta() {
     const int type = gget_ws_type();
     const int saving = gobj_saving();
+    const bool incomplete = gstate().incomplete; // tells of the run's own document, not of this one
     int width, height;
     gget_ws_dims(&width, &height);
     gset_ws_type(WS_META);
@@ -122,6 +129,7 @@ int gprint_meta() {
     gobj_set_saving(0);
     play_all();
     gmeta_close();
+    gstate().incomplete = incomplete;
     gset_ws_type(type);
     gobj_set_saving(saving);
     gset_ws_size(width, height);

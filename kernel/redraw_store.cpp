@@ -68,6 +68,8 @@ int gobj_init() {
 int gobj_free() {
     for (GraphicsObject *object = store.head.next; object;) {
         GraphicsObject *next = object->next;
+        if (object->code == OBJ_CALL && object->data)
+            free(static_cast<ObjectCall *>(object->data)->argument);
         free(object->data);
         free(object);
         object = next;

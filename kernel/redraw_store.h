@@ -17,6 +17,12 @@ struct GraphicsObject {
     GraphicsObject *next = nullptr;
 };
 
+/* What an OBJ_CALL holds. */
+struct ObjectCall {
+    void (*proc)(void *argument);
+    void *argument; // owned by the store, from malloc
+};
+
 /* Counts a call, and on every 500th runs the poll procedure.  When recording, adds an object with
  * a copy of size bytes of data (null leaves them for the caller to fill).
  * Returns the object's bytes; null when nothing was recorded, or none were asked for. */

@@ -489,12 +489,19 @@ constexpr ParamWord<> kParamWords[] = {
     {"mapcon", 0, [](const char *) { cont.map_order = 1; }},
     {"conmap", 0, [](const char *) { cont.map_order = 0; }},
 };
+
+/* Words of the page, taken again: CONT_reset forgets them with each picture. */
+constexpr ParamWord<> kPageWords[] = {
+    {"bar", 3, [](const char *word) { CONT_read_bar_range(behind(word, 4)); }},
+    {"plt_skip", 8, [](const char *word) { CONT_read_skip(behind(word, 9)); }},
+};
 } // namespace
 
 void CONT_param() {
     const ResList words("plot_param");
     for (int i = 0; i < words.count; i++)
-        PARAM_take(kParamWords, words[i]);
+        if (!PARAM_take(kParamWords, words[i]))
+            PARAM_take(kPageWords, words[i]);
 }
 
 ParamNames CONT_param_names() { return PARAM_names(kParamWords); }
@@ -543,6 +550,12 @@ void CONT_set_bar_range(float max, float min) {
     cont.bar_min = min;
 }
 
+void CONT_read_bar_range(const char *text) {
+    float low = MISSING_F, high = MISSING_F;
+    if (sscanf(text, "%f:%f", &low, &high) > 0)
+        CONT_set_bar_range(high, low);
+}
+
 void CONT_set_limits(float low, float high) {
     if (low != MISSING_F)
         cont.con_min = low;
@@ -569,6 +582,13 @@ void CONT_set_text_scale(float value) { cont.text_scale = value; }
 void CONT_set_skip(int x, int y) {
     cont.skip_x = x;
     cont.skip_y = y;
+}
+
+void CONT_read_skip(const char *text) {
+    int x, y;
+    const int n = sscanf(text, "%9d:%9d", &x, &y);
+    if (n >= 1)
+        CONT_set_skip(std::max(x, 1), std::max(n >= 2 ? y : x, 1));
 }
 
 void CONT_set_offset(float x, float y) {

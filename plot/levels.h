@@ -77,7 +77,9 @@ void CONT_set_label_offset(int a, int b);
 void CONT_set_text_scale(float value);
 void CONT_set_skip(int x, int y);
 void CONT_set_offset(float x, float y);
-void CONT_set_bar(int state); // above 0 on; -2 "nobar"
+void CONT_read_bar_range(const char *text); // "0:40"; the end can be left out
+void CONT_read_skip(const char *text);      // "4:2"; one step serves for both directions
+void CONT_set_bar(int state);               // above 0 on; -2 "nobar"
 int CONT_get_bar();
 
 /* The whole state, for the colour bar and the contourer. */

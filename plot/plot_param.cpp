@@ -65,13 +65,6 @@ void set_grid(const char *value) {
         MAP_set_grid(lat, n >= 2 ? lon : lat, cross, repeat);
 }
 
-void set_skip(const char *value) {
-    int x, y;
-    const int n = sscanf(value, "%9d:%9d", &x, &y);
-    if (n >= 1)
-        CONT_set_skip(std::max(x, 1), std::max(n >= 2 ? y : x, 1));
-}
-
 void set_offset(const char *value) {
     float x, y;
     const int n = sscanf(value, "%f:%f", &x, &y);
@@ -94,9 +87,7 @@ void set_viewport(const char *value) {
 
 void set_bar(const char *value) {
     CONT_set_bar(kBarBelow);
-    float low = MISSING_F, high = MISSING_F;
-    if (sscanf(value, "%f:%f", &low, &high) > 0)
-        CONT_set_bar_range(high, low);
+    CONT_read_bar_range(value);
 }
 
 void set_gif(const char *value) { PLT_set_dump(DUMP_GIF, value); }
@@ -128,7 +119,7 @@ constexpr Keyword kWords[] = {
     {"over", 4, set_overlay},
     {"lalo", 4, set_grid},
     {"gridx", 5, [](const char *value) { params.grid_x = number_or(value, params.grid_x); }},
-    {"plt_skip", 8, set_skip},
+    {"plt_skip", 8, CONT_read_skip},
     {"plt_off", 8, set_offset},
     {"plt_grid", 8, [](const char *) { params.thin_grid = 1; }}, // whatever its value
     {"loc_pr", 6,

@@ -28,6 +28,7 @@ constexpr int kFirstClient = 3;    // client numbers that a window gives
 constexpr int kLastClient = 21;    //
 constexpr int kWindows = 50;       // numbers that are looked through
 constexpr int kMostStale = 100000; // messages that are dropped from one queue
+constexpr std::chrono::milliseconds kGrace(100); // from the alarm to the deadline
 
 /* Pauses in front of an attempt, so that a quick reply costs nothing. */
 constexpr int kQuickTries = 2;
@@ -45,7 +46,7 @@ struct LoopState {
     bool hears_alarm = false; // `before` holds what SIGALRM did
     struct sigaction before = {};
     volatile std::sig_atomic_t rang = 0;
-    Clock::time_point deadline; // a second behind the alarm
+    Clock::time_point deadline; // behind the alarm
 };
 LoopState loop;
 
@@ -208,7 +209,7 @@ int LOOP_send(int queue, int client, const char *format, ...) {
     // A setting that is cut would be a wrong one.
     if (message.text.size() > (loop.transport == kSocket ? WIRE_SOCKET_TEXT : WIRE_QUEUE_TEXT)) {
         MSG_print(MSG_WARN, "LOOP_send: message is too long: %s\n", text);
-        return -1;
+        return LOOP_TOO_LONG;
     }
     const int result = put(queue, message);
     MSG_print(MSG_DEBUG_C, "Send: %d %d %d => %s\n", queue, client, result, text);
@@ -237,7 +238,7 @@ void LOOP_flush(int queue, int type) {
 
 void LOOP_alarm_on() {
     loop.rang = 0;
-    loop.deadline = Clock::now() + std::chrono::seconds(loop.timeout + 1);
+    loop.deadline = Clock::now() + std::chrono::seconds(loop.timeout) + kGrace;
     alarm(unsigned(loop.timeout));
 }
 

@@ -2,7 +2,7 @@
  * beside it, over a System V message queue or a socket on the loopback address.
  *
  * One window is open at a time.  From LOOP_connect to LOOP_close the SIGALRM of the process is the
- * alarm of the window: it bounds each wait.  A second after it, a wait of which the alarm was not
+ * alarm of the window: it bounds each wait.  Shortly after it, a wait of which the alarm was not
  * heard (the signal is ignored) ends too, as a failure with a message.
  */
 #pragma once
@@ -11,6 +11,7 @@
 
 constexpr int LOOP_ASK_NUMBER = -1; // client number in a message that asks for one
 constexpr int LOOP_GONE = -3;       // code of a reply: the window is not running
+constexpr int LOOP_TOO_LONG = -2;   // of a send: nothing was sent, and a message says so
 
 /* 0 a message queue (the start value), 1 a socket. */
 void LOOP_set_transport(int transport);
@@ -31,7 +32,7 @@ void LOOP_adopt_socket(int fd);
 /* Asks for a client number.  The number, or -1. */
 int LOOP_register(int queue);
 
-/* Formats and sends a message.  0 or more, -1 on failure; what is too long is not sent. */
+/* Formats and sends a message.  0 or more; -1 on failure, or LOOP_TOO_LONG. */
 int LOOP_send(int queue, int client, const char *format, ...) __attribute__((format(printf, 3, 4)));
 
 /* Waits for a reply to a client number.  The code of it, or a negative error. */

@@ -65,6 +65,13 @@ void ask_for(const std::vector<OptionSpec> &table) {
             LOOP_send(window.queue, window.client, "query res %s", row.name);
 }
 
+/* Tells the window a setting.  1 when it is to answer, 0 when no message holds the setting, -1 when
+ * the window is lost. */
+int tell(const char *name, const char *value) {
+    const int sent = LOOP_send(window.queue, window.client, "set res %s %s", name, value);
+    return sent >= 0 ? 1 : sent == LOOP_TOO_LONG ? 0 : -1;
+}
+
 /* Stores what the window has for the rows.  Returns how many settings it was told in turn; -1 when
  * it is lost. */
 int hear_and_tell(const std::vector<OptionSpec> &table) {
@@ -83,8 +90,10 @@ int hear_and_tell(const std::vector<OptionSpec> &table) {
         if (!ended)
             return -1;
         const char *own = RES_get(row.name);
-        if (!answered && own && *own)
-            told += LOOP_send(window.queue, window.client, "set res %s %s", row.name, own) >= 0;
+        const int sent = !answered && own && *own ? tell(row.name, own) : 0;
+        if (sent < 0)
+            return -1;
+        told += sent;
     }
     return told;
 }
@@ -114,9 +123,10 @@ void LOOP_take_settings(const char *number, const std::vector<OptionSpec> &table
 }
 
 void LOOP_tell(const char *name, const char *value) {
-    if (!window.open || LOOP_send(window.queue, window.client, "set res %s %s", name, value) < 0)
+    if (!window.open)
         return;
-    if (!drain_reply())
+    const int sent = tell(name, value);
+    if (sent < 0 || (sent > 0 && !drain_reply()))
         lose_window();
 }
 

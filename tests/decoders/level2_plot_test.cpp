@@ -124,6 +124,25 @@ TEST_F(Level2Plot, NothingBehindTheSweepIsRead) {
     EXPECT_NE(page_errors_of([&] { draw(cut, "vel3"); }), "");
 }
 
+TEST_F(Level2Plot, ColorsWithoutValuesNeedAnInterval) {
+    const struct {
+        const char *colors, *interval, *said;
+    } cases[] = {
+        {"blue,red", "", "RADAR_check_interval: Colors without values need an interval\n"},
+        {"blue,red", "0", "RADAR_check_interval: Colors without values need an interval\n"},
+        {"blue,red", "10", ""},
+        {"0:blue,9:red", "", ""},
+    };
+    for (const auto &c : cases) {
+        RES_set("color_fill", c.colors);
+        RES_set("con_interval", c.interval);
+        CONT_reset();
+        std::string found;
+        EXPECT_EQ(page_errors_of([&] { found = draw(volume(false), "ref1"); }), c.said);
+        EXPECT_EQ(found.find("red ") == std::string::npos, *c.said != 0) << found;
+    }
+}
+
 TEST_F(Level2Plot, WordsSetTheOptions) {
     RES_set("plot_param", "site,dist=50,range:230.9,clutter,numplt=3");
     LEV2_parse_params();

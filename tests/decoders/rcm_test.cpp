@@ -177,10 +177,9 @@ TEST(RcmReader, PartsAreTakenAsFarAsTheyGo) {
 TEST(RcmReader, FullListsKeepTheirFirstItems) {
     std::string text = kHead + std::string("/NCEN45: "), more;
     for (int i = 0; i < 45; i++) {
-        char id[3];
-        snprintf(id, sizeof id, "%02d", i);
-        text += "C" + std::string(id) + "AAA 180020, ";
-        more += "C" + std::string(id) + "AAA S123HP, ";
+        const std::string id = {'C', char('0' + i / 10), char('0' + i % 10)};
+        text += id + "AAA 180020, ";
+        more += id + "AAA S123HP, ";
     }
     text += "/ENDAA /NEXRBB 1 2 ";
     for (int i = 0; i < 22; i++)

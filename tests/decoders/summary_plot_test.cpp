@@ -147,6 +147,7 @@ TEST_F(SummaryPlot, ReportsStandAtTheirStations) {
         {kRcm, "+id::text:cc,+mode::text:cc", "noclar",
          "A0@-980,360 23|P@-973,353 23|C@-974,377 23"},
         {kRcm, "+id::text:cc", "numplt=-1", ""},
+        {kRcm, "+id::text:cc", "numplt", "A0@-980,360 23|C2@-970,380 23"}, // no number
     };
     for (const auto &c : cases) {
         draw_reports(c.bytes, c.variables, c.words);
@@ -181,6 +182,33 @@ TEST_F(SummaryPlot, TheKeyOfTheShippedVariable) {
               "Areas and lines|Area movement (knots)|2035Z 20 MAY 13|Area Movement: 25 knts");
     EXPECT_EQ(page_list(CONT_get_base(), CONT_get_interval(), CONT_state()->grid_max), "-0.5 1 6")
         << "as a colour bar shows it";
+}
+
+/* A bulletin brings no time of its own, and where its name does not either none is made up. */
+TEST_F(SummaryPlot, WatchesAreSoughtByTheTimeOfTheSummary) {
+    scratch.write("name_conv", "rad_raw %D/%y%m%d%h.rad - 0\nwat_dat %W/%y%m%d%h.wat - 0\n");
+    RES_set("watch_path", "nowhere");
+    draw_reports(kMdr, "watch", "");
+    FILE_set_name("rad_raw");
+    const std::string bulletin = "*" + kMdr.substr(kMdr.find('\n')),
+                      missing = "WATCH_decode_file: file not found: nowhere/";
+    const struct {
+        const char *name;
+        const std::string &bytes;
+        std::string first, last; // of what is told
+    } cases[] = {
+        {"13052008.rad", bulletin, missing + "13051922.wat\n", missing + "13052008.wat\n"},
+        {"summary", kMdr, missing + "13052011.wat\n", missing + "13052021.wat\n"},
+        {"summary", bulletin, "SUM_plot: No time to find watches for:", "/summary\n"},
+    };
+    DRAW_parse("-map");
+    MSG_set_levels("warn");
+    for (const auto &c : cases) {
+        RES_set("filename", scratch.write(c.name, c.bytes).c_str());
+        SUM_set_time(DT_make(MISSING, MISSING, MISSING, MISSING, MISSING));
+        const std::string told = page_errors_of([&] { SUM_plot(&domain); });
+        EXPECT_TRUE(told.starts_with(c.first) && told.ends_with(c.last)) << told;
+    }
 }
 
 TEST_F(SummaryPlot, VariablesAreChosenOnceOrByTheMenu) {

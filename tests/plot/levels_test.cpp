@@ -152,6 +152,16 @@ TEST_F(LevelsTest, ComputedLevelsRotateThroughTheRows) {
     EXPECT_EQ(colors_of({62}), "3 ") << "the user's is read once a table";
 }
 
+TEST_F(LevelsTest, TheWordsHoldForEveryPicture) {
+    RES_set("plot_param", "bar=0:40,plt_skip=3,conmax=60,maxl=4,gif=x");
+    for (int picture = 0; picture < 2; picture++) {
+        CONT_reset();
+        CONT_param();
+        EXPECT_EQ(page_list(c.bar_min, c.bar_max, c.skip_x, c.skip_y, c.con_max, c.max_cross),
+                  "0 40 3 3 60 4");
+    }
+}
+
 TEST_F(LevelsTest, NiceIntervals) {
     const float kCases[][4] = {// maximum, minimum, number, interval
                                {1234, 0, 10, 124},    {10, 0, 10, 1},          {5, 0, 0, 5},

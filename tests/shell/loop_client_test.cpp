@@ -1,5 +1,6 @@
 #include "shell/loop_client.h"
 
+#include "shell/loop_settings.h"
 #include "shell/start.h"
 #include "tests/shell/shell_fixture.h"
 
@@ -7,7 +8,9 @@
 #include <netinet/in.h>
 #include <sys/msg.h>
 #include <sys/socket.h>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 using Texts = std::vector<std::string>;
@@ -20,91 +23,71 @@ struct Line {
     std::string text;
 };
 
-/* A loop window, on a queue or a port of its own that go with it.  Silent until it serves. */
+/* A loop window on a queue of its own.  Silent until it serves.  A process at its side removes the
+ * queue when this one lets go of it, or ends in any way. */
 struct Window {
-    const bool on_socket;
-    int id = -1, peer = -1;
+    int id = -1, life = -1; // of the queue; the guardian waits for the end of life
+    pid_t guardian;
     std::map<std::string, std::vector<Line>> has; // replies to queries, but for their end
-    std::string client = "3";
-    std::string mute; // no answer to this
+    std::string client = "3", mute;               // no answer to mute
     Texts told;
     std::thread server;
 
-    explicit Window(bool socket_form) : on_socket(socket_form) {
+    Window() {
         LOOP_reset();
-        LOOP_set_transport(on_socket);
-        const int key = on_socket ? listen_anywhere() : 0x52000000 + getpid();
-        LOOP_set_key_base(key - kNumber);
-        if (!on_socket)
-            id = msgget(key, IPC_CREAT | IPC_EXCL | 0600);
-        EXPECT_GE(id, 0);
+        int ends[2] = {};
+        id = msgget(0x52000000 + getpid(), IPC_CREAT | IPC_EXCL | 0600);
+        EXPECT_EQ(id < 0 ? -1 : pipe(ends), 0);
+        LOOP_set_key_base(0x52000000 + getpid() - kNumber);
+        guardian = fork();
+        close(ends[guardian != 0 ? 0 : 1]);
+        life = ends[1];
+        if (guardian != 0)
+            return;
+        setsid(); // an interrupt from the keyboard does not reach it
+        const bool ended = read(ends[0], &ends, 1) == 0;
+        msgctl(id, IPC_RMID, nullptr);
+        _exit(!ended);
     }
     ~Window() {
         leave();
         LOOP_reset();
     }
-    void serve() { server = std::thread(&Window::answer_all, this); }
     void leave() {
-        on_socket ? shutdown(id, SHUT_RDWR) : msgctl(id, IPC_RMID, nullptr);
+        close(life);
+        life = -1;
+        waitpid(guardian, nullptr, 0);
         if (server.joinable())
             server.join();
-        close(on_socket ? id : -1);
-        id = -1;
     }
-    int listen_anywhere() {
-        id = socket(AF_INET, SOCK_STREAM, 0);
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t size = sizeof address;
-        auto *any = reinterpret_cast<sockaddr *>(&address);
-        EXPECT_EQ(bind(id, any, size) + listen(id, 1) + getsockname(id, any, &size), 0);
-        return ntohs(address.sin_port);
-    }
+    void serve() { server = std::thread(&Window::answer_all, this); }
     void put_raw(long type, const std::string &body) const {
         const std::string bytes(reinterpret_cast<char *>(&type), sizeof type);
         msgsnd(id, (bytes + body).data(), body.size(), 0);
     }
     void put(int type, const Line &line) const {
-        const std::string body = char('0' + line.code) + line.text;
-        if (!on_socket)
-            return put_raw(type, body + '\0');
-        send(peer, (char(body.size()) + body).data(), body.size() + 1, MSG_NOSIGNAL);
+        put_raw(type, char('0' + line.code) + line.text + '\0');
     }
-    /* The next message: its code in front of its text. */
-    bool take(std::string *message) const {
+    void answer_all() {
         struct {
             long type;
             char body[120];
         } taken;
-        if (!on_socket) {
-            const bool whole = msgrcv(id, &taken, sizeof taken.body, 1, 0) == sizeof taken.body;
-            *message = whole ? taken.body : "";
-            return whole;
-        }
-        unsigned char size = 0;
-        recv(peer, &size, 1, MSG_WAITALL);
-        message->resize(size);
-        return size > 0 && recv(peer, message->data(), size, MSG_WAITALL) == size;
-    }
-    void answer_all() {
-        if (on_socket)
-            peer = accept(id, nullptr, nullptr);
-        for (std::string message; take(&message);) {
-            if (message[0] == '/') {
+        while (msgrcv(id, &taken, sizeof taken.body, 1, 0) == sizeof taken.body) {
+            const std::string text = taken.body + 1;
+            if (taken.body[0] == '/') {
                 put(2, {2, client});
                 continue;
             }
-            EXPECT_EQ(message[0], '3');
-            if (message.starts_with("3query res "))
-                for (const Line &line : has[message.substr(11)])
+            EXPECT_EQ(taken.body[0], '3');
+            if (text.starts_with("query res "))
+                for (const Line &line : has[text.substr(10)])
                     put(3, line);
             else
-                told.push_back(message.substr(1));
-            if (message.substr(1) != mute)
+                told.push_back(text);
+            if (text != mute)
                 put(3, {1, ""});
         }
-        close(peer);
     }
 };
 
@@ -131,34 +114,28 @@ TEST(LoopClient, SettingsGoBothWays) {
     const Folder folder;
     const std::string one = folder.write("one", "*.title: one\n*.con_path: own\n*.raw_path: own\n");
     const std::string two = folder.write("two", "*.region: two\n"), longest(300, 'x');
-    for (const bool on_socket : {false, true}) {
-        SCOPED_TRACE(on_socket);
-        Window window(on_socket);
-        window.has = {{"title", {{0, "wide\n"}}},
-                      {"region", {{0, "us\n"}}},
-                      {"con_path", {{0, ""}, {0, "!none\n"}, {0, "\n"}}},
-                      {"label", {{0, "first\n"}, {0, "%s%n 50%\n"}, {0, "\n"}}}};
-        if (!on_socket) { // left by an earlier run
-            window.put(2, {2, "9"});
-            window.put_raw(3, "");
-            window.put(3, {0, "stale\n"});
-        }
-        window.serve();
-        EXPECT_EQ(
-            warnings(one + ":#5:" + two, {"-rp=mine", "-zz", "5", "-ba", "file", "-dp", longest}),
-            "LOOP_send: message is too long: set res data_path " + longest + "\n");
-        window.leave();
-        EXPECT_EQ(window.told,
-                  (Texts{"set res con_path own", "set res raw_path own", "set res raw_path mine",
-                         "set res zz 5", "set res batch ", "quit"}));
-        for (const auto &[name, value] : {std::pair{"title", "wide"},
-                                          {"region", "two"},
-                                          {"con_path", "own"},
-                                          {"label", "%s%n 50%"},
-                                          {"raw_path", "mine"}})
-            EXPECT_STREQ(RES_get(name), value) << name;
-        EXPECT_EQ(RES_get("help"), nullptr) << "what was stale is gone";
-    }
+    Window window;
+    window.has = {{"title", {{0, "wide\n"}}},
+                  {"region", {{0, "us\n"}}},
+                  {"con_path", {{0, ""}, {0, "!none\n"}, {0, "\n"}}},
+                  {"label", {{0, "first\n"}, {0, "%s%n 50%\n"}, {0, "\n"}}}};
+    window.put(2, {2, "9"}); // left by an earlier run
+    window.put_raw(3, "");
+    window.put(3, {0, "stale\n"});
+    window.serve();
+    EXPECT_EQ(warnings(one + ":#5:" + two, {"-rp=mine", "-zz", "5", "-ba", "file", "-dp", longest}),
+              "LOOP_send: message is too long: set res data_path " + longest + "\n");
+    window.leave();
+    EXPECT_EQ(window.told,
+              (Texts{"set res con_path own", "set res raw_path own", "set res raw_path mine",
+                     "set res zz 5", "set res batch ", "quit"}));
+    for (const auto &[name, value] : {std::pair{"title", "wide"},
+                                      {"region", "two"},
+                                      {"con_path", "own"},
+                                      {"label", "%s%n 50%"},
+                                      {"raw_path", "mine"}})
+        EXPECT_STREQ(RES_get(name), value) << name;
+    EXPECT_EQ(RES_get("help"), nullptr) << "what was stale is gone";
 }
 
 TEST(LoopClient, AMergeGoesOnWithoutAWindow) {
@@ -173,96 +150,113 @@ TEST(LoopClient, AMergeGoesOnWithoutAWindow) {
         {"3", "set res con_path own", {}, "Queue not responding!!\n" + lost},
         {"2", "", {}, window_5 + "unable to connect\n"},
         {"22", "", {}, window_5 + "unable to connect\n"},
-        {"-99999999999999999999", "", {}, window_5 + "unable to connect\n"},
     };
     const Folder folder;
     const std::string list = folder.write("own", "*.con_path: own\n") + ":#5";
     for (const auto &c : cases) {
         SCOPED_TRACE(c.warning);
-        Window window(true);
+        Window window;
         window.client = c.client;
         window.mute = c.mute;
-        LOOP_set_timeout(c.mute[0] ? 2 : 20);
+        LOOP_set_timeout(c.mute[0] ? 1 : 20);
         window.has["title"] = c.title;
         window.serve();
         EXPECT_EQ(warnings(list, {"-ti", "own"}), c.warning);
         EXPECT_STREQ(RES_get("title"), "own");
     }
-    for (const bool on_socket : {false, true}) {
-        Window window(on_socket);
-        window.leave();
-        EXPECT_EQ(warnings("#5:#five"),
-                  window_5 + "not running or no message queue exists\n"
-                             "QRAloop window: five not running or no message queue exists\n");
-    }
     fresh_shell();
 }
 
-TEST(LoopClient, AWindowThatNeverAnswersEndsTheProgram) {
-    for (const bool on_socket : {false, true}) {
-        const Window window(on_socket);
-        LOOP_set_timeout(1);
-        EXPECT_EXIT(merge("#5"), testing::ExitedWithCode(7), "^Queue not responding!!\n$");
-    }
+TEST(LoopClient, AWindowThatGoesIsMissedOnce) {
+    Window window;
+    window.serve();
+    LOOP_take_settings("5", {});
+    LOOP_tell("title", "one");
+    window.leave();
+    testing::internal::CaptureStderr();
+    LOOP_tell("title", "two");
+    LOOP_tell("title", "three");
+    LOOP_quit();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "QRAloop not running!\n");
+    EXPECT_EQ(window.told, Texts{"set res title one"});
 }
 
-TEST(LoopClient, AQueueIsReadWithinBounds) {
-    const Window window(false);
-    EXPECT_EQ(LOOP_find_free(kNumber), kNumber + 1);
-    EXPECT_EQ(LOOP_connect(kNumber), window.id);
-    window.put_raw(4, "");
-    window.put_raw(4, std::string(121, 'x'));
-    window.put_raw(4, std::string(120, '0'));
-    window.put_raw(4, "1a%s" + std::string(3, '\0') + "b");
-    std::string text;
-    for (const Line &want : {Line{-1, ""}, {-1, ""}, {0, std::string(119, '0')}, {1, "a%s"}}) {
-        EXPECT_EQ(LOOP_read(window.id, 4, &text), want.code);
-        EXPECT_EQ(text, want.text);
-    }
+TEST(LoopClient, TheAlarmEndsAWait) {
+    const Window silent;
+    LOOP_set_timeout(1);
+    EXPECT_EXIT(merge("#5"), testing::ExitedWithCode(7), "^Queue not responding!!\n$");
     static int rang;
     rang = 0;
-    LOOP_set_timeout(1);
     LOOP_set_handler([](int) { rang++; });
-    EXPECT_EQ(LOOP_read(window.id, 4, &text), -1);
+    std::string text = "old";
+    EXPECT_EQ(LOOP_read(LOOP_connect(kNumber), 3, &text), -1);
+    EXPECT_EQ(text, "");
     EXPECT_EQ(rang, 1) << "a handler that returns makes it a failed read";
-    MSG_set_levels("none");
-    EXPECT_EQ(LOOP_send(window.id, 3, "%s", std::string(118, 'x').c_str()), 0);
-    EXPECT_EQ(LOOP_send(window.id, 3, "%s", std::string(119, 'x').c_str()), -1);
+}
+
+TEST(LoopClient, AWindowIsFoundByItsNumber) {
+    const Window window;
+    EXPECT_EQ(LOOP_find_free(kNumber), kNumber + 1);
+    EXPECT_EQ(LOOP_connect(kNumber), window.id);
     LOOP_set_key_base(-kNumber);
     EXPECT_EQ(LOOP_connect(kNumber), -1) << "that key would make a queue";
+
+    const int port = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{};
+    socklen_t size = sizeof address;
+    listen(port, 1); // on a number that is free
+    ASSERT_EQ(getsockname(port, reinterpret_cast<sockaddr *>(&address), &size), 0);
+    LOOP_set_transport(1);
+    LOOP_set_key_base(ntohs(address.sin_port) - kNumber);
+    EXPECT_EQ(LOOP_connect(kNumber), 1);
+    close(port);
+    EXPECT_EQ(warnings("#5:#five"),
+              "QRAloop window: 5 not running or no message queue exists\n"
+              "QRAloop window: five not running or no message queue exists\n");
     fresh_shell();
 }
 
-TEST(LoopClient, FramesOfASocketAreReadWithinBounds) {
-    const std::string x254(254, 'x');
+TEST(LoopClient, MessagesKeepToTheirBounds) {
+    const std::string x254(254, 'x'), room(120, '0'), zero(1, '\0');
     const struct {
-        const char *why;
-        std::string bytes;
+        bool on_socket;
+        Texts sent;
         std::vector<Line> want;
     } cases[] = {
-        {"two frames", "\x03" + std::string("1ab\x01") + "0", {{1, "ab"}, {0, ""}}},
-        {"the longest", "\xff" + ("0" + x254), {{0, x254}}},
-        {"a zero inside", std::string("\x05-a\0b%", 6), {{LOOP_GONE, "a"}}},
-        {"a code beyond the digits", "\x01\xff", {{255 - '0', ""}}},
-        {"no code", std::string("\0\x01", 2) + "1", {{-1, ""}, {1, ""}}},
-        {"the end inside a frame", "\x05" + std::string("1ab"), {{-1, ""}}},
+        {false, {"", room + "0", room}, {{-1, ""}, {-1, ""}, {0, room.substr(1)}}},
+        {false, {"1a%s" + zero + "b"}, {{1, "a%s"}}},
+        {true, {"\3", "1ab\1", "0"}, {{1, "ab"}, {0, ""}}},
+        {true, {"\xff", "0", x254}, {{0, x254}}},
+        {true, {"\5-a", zero, "b%"}, {{LOOP_GONE, "a"}}},
+        {true, {"\1\xff"}, {{255 - '0', ""}}}, // a code beyond the digits
+        {true, {zero, "\1", "1"}, {{-1, ""}, {1, ""}}},
+        {true, {"\5", "1ab"}, {{-1, ""}}}, // the end inside a frame
     };
     for (const auto &c : cases) {
-        SCOPED_TRACE(c.why);
-        int end[2];
+        SCOPED_TRACE(&c - cases);
+        const Window window;
+        MSG_set_levels("none");
+        int end[2], queue = LOOP_connect(kNumber);
         ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, end), 0);
-        LOOP_set_transport(1);
+        LOOP_set_transport(c.on_socket);
         LOOP_adopt_socket(end[0]);
-        send(end[1], c.bytes.data(), c.bytes.size(), 0);
+        for (const std::string &bytes : c.sent)
+            c.on_socket ? void(send(end[1], bytes.data(), bytes.size(), 0))
+                        : window.put_raw(3, bytes);
         shutdown(end[1], SHUT_WR);
         for (const Line &want : c.want) {
             std::string text;
-            EXPECT_EQ(LOOP_read(1, 3, &text), want.code);
+            EXPECT_EQ(LOOP_read(queue, 3, &text), want.code);
             EXPECT_EQ(text, want.text);
         }
-        EXPECT_EQ(LOOP_send(1, 3, "%s", x254.c_str()), 256);
+        const std::string longest(c.on_socket ? 254 : 118, 'x');
+        EXPECT_EQ(LOOP_send(queue, 21, "%s", longest.c_str()), c.on_socket ? 256 : 0);
+        EXPECT_EQ(LOOP_send(queue, 21, "%sx", longest.c_str()), LOOP_TOO_LONG);
+        std::string frame(c.on_socket ? 256 : 0, ' ');
+        recv(end[1], frame.data(), frame.size(), MSG_DONTWAIT);
+        EXPECT_EQ(frame, c.on_socket ? "\xff" + ("E" + longest) : "");
         close(end[1]);
-        EXPECT_EQ(LOOP_send(1, 3, "quit"), -1) << "the window is gone";
+        EXPECT_EQ(LOOP_send(queue, 21, "quit"), c.on_socket ? -1 : 0);
     }
-    LOOP_reset();
+    fresh_shell();
 }

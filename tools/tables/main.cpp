@@ -7,6 +7,7 @@
 #include "decoders/level2_plot.h"
 #include "decoders/nids_options.h"
 #include "decoders/radar_options.h"
+#include "decoders/summary_options.h"
 #include "plot/levels.h"
 #include "plot/plot_param.h"
 #include "plot/station_plot.h"
@@ -33,95 +34,140 @@ constexpr const char *kFamily = "taken for other programs of the family, without
 constexpr Explanation kPage[] = {
     {"full", "", "the plot fills the page"},
     {"fullab", "", "the same, with the labels inside it"},
-    {"nopage", "", "messages run through"},
+    {"nopage", "", "messages run through, from the first page on"},
     {"page", "", "messages stop at each screen"},
     {"noredraw", "", "nothing is kept for a redraw"},
-    {"id", "", "places are labelled by identifier"},
-    {"wmo", "", "places are labelled by WMO number"},
-    {"cod_wmo", "", "places are labelled by identifier and WMO number"},
+    {"id", "", "the pointer names places by identifier"},
+    {"wmo", "", "the pointer names places by WMO number"},
+    {"cod_wmo", "", "the pointer names places by identifier, or a code of the WMO number"},
     {"tz", "=ZONE", "time zone of the labels"},
-    {"over", "=OFFSET:LINES", "labels stand so many lines lower, and take so many lines"},
-    {"lalo", "=LAT:LON", "grid of latitudes and longitudes, degrees apart"},
+    {"over", "=OFFSET:LINES", "labels stand so many lines higher, and take so many lines"},
+    {"lalo", "=LAT:LON:CROSS:LABEL",
+     "grid of latitudes and longitudes, degrees apart, small crosses and repeated labels"},
     {"gridx", "=N", kFamily},
-    {"plt_skip", "=X:Y", "values at each so many points of a grid"},
-    {"plt_off", "", "values stand on the points of a grid"},
+    {"plt_skip", "=X:Y", "`-pl value` writes each so many points of a grid"},
+    {"plt_off", "", kFamily},
     {"plt_grid", "", kFamily},
-    {"loc_pr", "=N", "lowest priority of the places by which a region is named"},
-    {"vp_size", "=WxH+X+Y", "part of the page"},
-    {"font", "=NAME", "font of all texts"},
+    {"loc_pr", "=N", kFamily},
+    {"vp_size", "=WxH+X+Y",
+     "part of the page: a tile, as `2x2+0+1` for the lower left quarter, or fractions up to 1"},
+    {"font", "=NAME", "font of all texts, of those in the font list"},
     {"gif_inter", "", "GIF files in passes"},
     {"gif_norm", "", "GIF files from the top down"},
     {"gif_trans", "", "GIF files with a transparent background"},
-    {"inv", "", "black on white"},
-    {"lcmap", "", "a colour map of its own"},
+    {"inv", "", "black on white, in a window"},
+    {"lcmap", "", "a window with a colour map of its own"},
     {"nolcmap", "", "the colour map of the display"},
     {"rwclr", "", "colours that can be changed later"},
     {"norwclr", "", "colours shared with other programs"},
     {"nolooptitle", "", "no frame number in the title"},
-    {"pscolor", "", "colour in PostScript"},
+    {"pscolor", "", "colour in PostScript, and black for white texts"},
     {"psrev", "", "PostScript in reversed greys"},
     {"clear", "", "an attached picture is cleared first"},
     {"new", "", "an attached window is asked for a new frame"},
     {"kill", "", "an attached window is told to end its wait"},
-    {"bar", "=MIN:MAX", "colour bar"},
-    {"nobar", "", "no colour bar"},
+    {"bar", "=MIN:MAX", "colour bar; its range, where the colours have no values of their own"},
+    {"nobar", "", "no colour bar; the legend of intensities stays"},
     {"nohdr", "", "native pictures without their header"},
-    {"shadow", "=PIXELS", "texts and markers on a shadow"},
+    {"shadow", "=PIXELS", "texts and markers on a shadow, in a window; 4 without a number"},
     {"max_bad", "=N", kFamily},
-    {"min_size", "=BYTES", "smaller files do not count as current data"},
+    {"min_size", "=BYTES", "a refresh takes no file up to this size; `-cu` has chosen before"},
     {"grdfmt", "=FORMAT", kFamily},
-    {"gif", "=NAME", "picture file: GIF"},
-    {"png", "=NAME", "picture file: PNG"},
-    {"img", "=NAME", "picture file: native"},
-    {"xwd", "=NAME", "picture file: window dump"},
+    {"gif", "=NAME", "picture file of a window: GIF; without a name `qra.gif`"},
+    {"png", "=NAME", "picture file of a window: PNG; without a name `qra.png`"},
+    {"img", "=NAME", "picture file of a window: native; without a name `qra.xwd`"},
+    {"xwd", "=NAME", "picture file of a window: window dump; without a name `qra.xwd`"},
 };
 
 constexpr Explanation kContours[] = {
-    {"fill", "=PATTERN", "fill pattern of the bands"},
-    {"lab", "=STEP:MAJOR", "each so many levels have a label, and a major one"},
-    {"rlab", "", "labels along their lines"},
-    {"hlab", "", "labels lie level"},
-    {"maxl", "=N", "cells with more levels are left out; 0 leaves none out"},
+    {"fill", "=PATTERN",
+     "fill pattern of the colours in a window, as `hat`, `//` or `5%`; PostScript leaves such "
+     "areas out"},
+    {"lab", "=STEP:MAJOR", kFamily},
+    {"rlab", "", kFamily},
+    {"hlab", "", kFamily},
+    {"maxl", "=N", "cells of a contoured grid with more levels are left out; 0 leaves none out"},
     {"conmin", "=VALUE", "lowest value that is drawn"},
     {"conmax", "=VALUE", "highest value that is drawn"},
-    {"grid", "", "the grid of the data"},
-    {"mapcon", "", "the map below the contours"},
-    {"conmap", "", "the map over the contours"},
+    {"grid", "", kFamily},
+    {"mapcon", "", kFamily},
+    {"conmap", "", kFamily},
 };
 
 constexpr Explanation kStations[] = {
-    {"skip", "=N", "each so many records of a file"},
+    {"skip", "=N", "each so many records of a station file"},
     {"text", "=TEXT", "a text in place of the values"},
     {"mark", "=MARKER", "a marker at each point; `cld` a sky circle"},
     {"line", "", "points are joined"},
-    {"yba", "=Y", "where bars begin"},
-    {"xy=", "X:Y", "place beside the point, in steps"},
+    {"yba", "=Y", "level on which lines to a missing value end"},
+    {"xy=", "X:Y", "place beside the point, in steps, of values that bring no place of their own"},
 };
 
 constexpr Explanation kRadars[] = {
     {"site", "", "a mark at the radar"},
-    {"dist", "=R1:R2:R3:R4", "range rings, nautical miles; 100 without a number"},
+    {"dist", "=R1:R2:R3:R4", "up to four range rings, nautical miles; 100 without a number"},
     {"nodist", "", "no range rings"},
-    {"graph", "", "the graphic block of the product"},
+    {"graph", "", "the graphic block of a NIDS product"},
     {"nograph", "", "without it"},
-    {"refresh", "", "a newer file is looked for every minute"},
-    {"clutter", "=N", "so many bins around the radar stay blank; 25 without a number"},
-    {"noclutter", "", "no bins stay blank"},
+    {"refresh", "", "a window looks for a newer file every minute"},
+    {"clutter", "=N",
+     "blank around the radar: bins of a NIDS radial, nautical miles of an RRWDS scan, hundreds of "
+     "kilometres of a Level II sweep; 25 without a number"},
+    {"noclutter", "", "nothing stays blank"},
 };
 
 constexpr Explanation kNids[] = {
-    {"strong", "", "storms with hail, rotation or a tornado alone"},
-    {"numplt", "=N", "the first storms alone"},
+    {"strong", "", "of the storms those with severe hail, rotation or a tornado"},
+    {"numplt", "=N", "of the storms the first so many, and the strong ones with `strong`"},
 };
 
 constexpr Explanation kVariables[] = {
-    {"labm", "in", "labels of variables: as short as can be"},
-    {"labs", "imp", "simple"},
-    {"labn", "orm", "as usual"},
-    {"labc", "omp", "in full"},
+    {"labm", "in", "labels of variables: their abbreviations"},
+    {"labs", "imp", "their descriptions"},
+    {"labn", "orm", "their descriptions"},
+    {"labc", "omp", "their descriptions"},
 };
 
-constexpr Explanation kLevel2[] = {{"range", "=KM", "half the height of the plot"}};
+constexpr Explanation kLevel2[] = {
+    {"range", "=KM", "half the height of the plot; 460 when nothing is said"}};
+
+constexpr Explanation kSummary[] = {
+    {"site", "", "a plus at each station"},
+    {"dist", "=R", "a range ring around each station of a bulletin, 10 nautical miles or more"},
+    {"nodist", "", "no range rings"},
+    {"nostatus", "", "no status of the stations"},
+    {"numplt", "=N", "so many storms of a station; 1 when nothing is said"},
+    {"noclar", "", "of a radar in clear air its station, status and mode alone"},
+    {"refresh", "", "a window looks for a newer file every minute"},
+    {"nobar", "", "no legend of intensities, where the texts are off too"},
+    {"slabel", "", "watch boxes are labelled in words and local time"},
+};
+
+constexpr Explanation kComposites[] = {
+    {"run", "=N",
+     "so many cells are filled at once; 10 on the composite's own projection, else 1, when nothing "
+     "is said"},
+};
+
+/* What the tables do not tell. */
+constexpr const char *kOptionNotes =
+    "\nA value that begins with a minus and a letter stands behind an equals sign, `-dr=-text`: "
+    "behind a\nblank it is an option of its own.\n\n"
+    "A file named without `/`, `./` or `~` in front is a name of the convention of its input: "
+    "`13052020`\nstands for a file of `-dp`, and `summaries/13052020.rad` is opened as it is, but "
+    "tells no date.\n`./summaries/13052020.rad` does, as series and watches need it.\n\n"
+    "`-fm` takes words of a station format, as `fm=%.1f`, `co=red` or `ul`.  `-in` and `-cb` serve "
+    "radar\nsummaries, and NIDS products and Level II sweeps with colours that have no values, as "
+    "`-cof blue,red`:\nthese are drawn with an interval alone.  `-rp`, `-gp`, `-tp`, `-mp` and "
+    "`-sp` count where the template of\na naming convention names them.\n\n"
+    "`-ou`, `-pf`, `-gd`, `-cowd`, `-cocm` and `-cocl` are taken for other programs of the family, "
+    "without effect\nhere.\n";
+
+constexpr const char *kWordNotes =
+    "\nThe places `ul`, `uc`, `ur`, `tl`, `tc`, `tr`, `cl`, `cc`, `cr`, `bl`, `bc`, `br`, `ll`, "
+    "`lc` and `lr` are\nwords too: upper, top, centre, bottom or lower, and left, centre or "
+    "right of the point.  As a word `ur`\nputs values to the left; as part of a format to the "
+    "right.  A place that a variable or a column brings\nwins.\n";
 
 /* What the keywords of one module are about. */
 struct Chapter {
@@ -194,13 +240,18 @@ int main() {
         "| option | resource | environment | |\n|---|---|---|---|\n");
     write_options(OPT_keyed_ids);
     write_options(OPT_positional_ids);
+    fputs(kOptionNotes, stdout);
     printf("\n## Plot parameters\n\nThe words of `-pp`, separated by commas.\n");
     write_chapter(chapter("Page, labels, devices and files", PLT_param_names(), kPage));
     write_chapter(chapter("Contours and levels", CONT_param_names(), kContours));
     write_chapter(chapter("Values at places", PLOT_param_names(), kStations));
+    fputs(kWordNotes, stdout);
     write_chapter(chapter("Labels of variables", VAR_param_names(), kVariables));
-    write_chapter(chapter("Every radar", RADAR_param_names(), kRadars));
+    write_chapter(
+        chapter("Radars: NIDS, Level II, messages and RRWDS", RADAR_param_names(), kRadars));
     write_chapter(chapter("NIDS products", NIDS_param_names(), kNids));
     write_chapter(chapter("Level II archives", LEV2_param_names(), kLevel2));
+    write_chapter(chapter("Radar summaries", SUM_param_names(), kSummary));
+    write_chapter(chapter("National composites", {"run"}, kComposites));
     return missing > 0;
 }
