@@ -166,13 +166,19 @@ void set_time(Composite *c, const DateTime *date) {
         FILE_get_date(&c->plot_time);
 }
 
+constexpr size_t kRun = 3; // characters
+
+void take_run(const char *word, Composite *c) {
+    const long cells = strtol(RADAR_word_value(word, kRun), nullptr, 10);
+    c->step = int(std::clamp(cells, 1L, long(INT_MAX)));
+}
+
+constexpr ParamWord<Composite *> kWords[] = {{"run", kRun, take_run}};
+
 void parse_params(Composite *c) {
-    constexpr size_t kRun = 3; // characters
     const ResList words("plot_param");
     for (int i = 0; i < words.count; i++)
-        if (STR_ncasecmp(words[i], "run", kRun) == 0)
-            c->step = int(std::clamp(strtol(RADAR_word_value(words[i], kRun), nullptr, 10), 1L,
-                                     long(INT_MAX)));
+        PARAM_take(kWords, words[i], c);
 }
 
 // ---- File ----
@@ -314,6 +320,8 @@ int KAVRAD_open_file(const char *name) { return open_file(&kavrad, name); }
 
 int NOWRAD_reread() { return reread(&nowrad); }
 int KAVRAD_reread() { return reread(&kavrad); }
+
+ParamNames COMPOSITE_param_names() { return PARAM_names(kWords); }
 
 void NOWRAD_parse_params() { parse_params(&nowrad); }
 void KAVRAD_parse_params() { parse_params(&kavrad); }

@@ -3,6 +3,7 @@
 
 #include "decoders/composite.h"
 #include "plot/domain.h"
+#include "shell/param_words.h"
 
 /* Plot the series on a domain; replot after a zoom.  A single file that cannot be opened ends the
  * process with status 10.  Return 0. */
@@ -25,5 +26,6 @@ int KAVRAD_reread();
 /* `plot_param`: cells that are filled at once. */
 void NOWRAD_parse_params();
 void KAVRAD_parse_params();
+ParamNames COMPOSITE_param_names();
 
 void COMPOSITE_reset();

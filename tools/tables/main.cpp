@@ -4,6 +4,7 @@
  *
  *   write_tables >docs/options.md
  */
+#include "decoders/composite_plot.h"
 #include "decoders/level2_plot.h"
 #include "decoders/nids_options.h"
 #include "decoders/radar_options.h"
@@ -252,6 +253,6 @@ int main() {
     write_chapter(chapter("NIDS products", NIDS_param_names(), kNids));
     write_chapter(chapter("Level II archives", LEV2_param_names(), kLevel2));
     write_chapter(chapter("Radar summaries", SUM_param_names(), kSummary));
-    write_chapter(chapter("National composites", {"run"}, kComposites));
+    write_chapter(chapter("National composites", COMPOSITE_param_names(), kComposites));
     return missing > 0;
 }
