@@ -1,13 +1,13 @@
 #include "decoders/netcdf_input.h"
 
 #include "decoders/netcdf_head.h"
+#include "decoders/netcdf_library.h"
 #include "files/stream.h"
 #include "shell/strings.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <netcdf.h>
 #include <string>
 
 namespace {
@@ -41,40 +41,45 @@ int NETCDF_open(const char *name, NetcdfInput *in) {
     in->records = is_address(name) ? -1 : NETCDF_whole_records(name);
     if (in->records < 0)
         return 0;
-    ncopts = 0; // the library neither prints nor exits
+    if (!NETCDF_library())
+        return 0;
     std::string path;
     FILE_expand_home(name, &path);
-    in->id = ncopen(path.c_str(), NC_NOWRITE);
+    in->id = NETCDF_library()->open(path.c_str(), NC_NOWRITE);
     if (in->id < 0)
         return 0;
     int dimensions, variables, attributes;
-    ncinquire(in->id, &dimensions, &variables, &attributes, &in->record_dimension);
+    NETCDF_library()->inquire(in->id, &dimensions, &variables, &attributes, &in->record_dimension);
     read_missing(in);
     return 1;
 }
 
 void NETCDF_close(NetcdfInput *in) {
     if (in->id >= 0)
-        ncclose(in->id);
+        NETCDF_library()->close(in->id);
     *in = NetcdfInput{};
 }
 
-int NETCDF_dimension(const NetcdfInput &in, const char *name) { return ncdimid(in.id, name); }
+int NETCDF_dimension(const NetcdfInput &in, const char *name) {
+    return NETCDF_library()->dimid(in.id, name);
+}
 
 long NETCDF_length(const NetcdfInput &in, int dimension) {
     long length;
-    if (dimension < 0 || ncdiminq(in.id, dimension, nullptr, &length) < 0)
+    if (dimension < 0 || NETCDF_library()->diminq(in.id, dimension, nullptr, &length) < 0)
         return 0;
     return std::max(length, 0L);
 }
 
 bool NETCDF_find(const NetcdfInput &in, const char *name, NetcdfShape *shape) {
-    shape->id = ncvarid(in.id, name);
+    shape->id = NETCDF_library()->varid(in.id, name);
     if (shape->id < 0 ||
-        ncvarinq(in.id, shape->id, nullptr, &shape->type, &shape->rank, nullptr, nullptr) < 0 ||
+        NETCDF_library()->varinq(in.id, shape->id, nullptr, &shape->type, &shape->rank, nullptr,
+                                 nullptr) < 0 ||
         shape->rank > NETCDF_MOST_RANK)
         return false;
-    ncvarinq(in.id, shape->id, nullptr, nullptr, nullptr, shape->dimensions, nullptr);
+    NETCDF_library()->varinq(in.id, shape->id, nullptr, nullptr, nullptr, shape->dimensions,
+                             nullptr);
     for (int i = 0; i < shape->rank; i++)
         shape->length[i] = NETCDF_length(in, shape->dimensions[i]);
     return is_numeric(shape->type) || shape->type == NC_CHAR;
@@ -102,7 +107,7 @@ bool NETCDF_read(const NetcdfInput &in, const char *name, int dimension, int ent
     }
     v->type = shape.type;
     v->count = int(values);
-    return ncvarget(in.id, shape.id, start, shape.length, v->bytes) >= 0;
+    return NETCDF_library()->varget(in.id, shape.id, start, shape.length, v->bytes) >= 0;
 }
 
 bool NETCDF_read_numbers(const NetcdfInput &in, const char *name, int dimension, int entry,
@@ -131,24 +136,25 @@ bool NETCDF_read_line(const NetcdfInput &in, const NetcdfShape &shape, int line,
     const long start[] = {line, 0}, counts[] = {1, count};
     v->type = shape.type;
     v->count = count;
-    return ncvarget(in.id, shape.id, start, counts, v->bytes) >= 0;
+    return NETCDF_library()->varget(in.id, shape.id, start, counts, v->bytes) >= 0;
 }
 
 bool NETCDF_attribute(const NetcdfInput &in, const char *name, NetcdfValues *v) {
     int length;
-    if (ncattinq(in.id, NC_GLOBAL, name, &v->type, &length) < 0 || length < 1 ||
+    if (NETCDF_library()->attinq(in.id, NC_GLOBAL, name, &v->type, &length) < 0 || length < 1 ||
         length > NETCDF_MOST_VALUES || v->type > NC_DOUBLE)
         return false;
     v->count = length;
-    return ncattget(in.id, NC_GLOBAL, name, v->bytes) >= 0;
+    return NETCDF_library()->attget(in.id, NC_GLOBAL, name, v->bytes) >= 0;
 }
 
 bool NETCDF_text_attribute(const NetcdfInput &in, const char *name, char *dest, size_t size) {
     nc_type type;
     int length;
     memset(dest, 0, size);
-    return ncattinq(in.id, NC_GLOBAL, name, &type, &length) >= 0 && type == NC_CHAR &&
-           length >= 0 && size_t(length) < size && ncattget(in.id, NC_GLOBAL, name, dest) >= 0;
+    return NETCDF_library()->attinq(in.id, NC_GLOBAL, name, &type, &length) >= 0 &&
+           type == NC_CHAR && length >= 0 && size_t(length) < size &&
+           NETCDF_library()->attget(in.id, NC_GLOBAL, name, dest) >= 0;
 }
 
 bool NETCDF_is_text(const NetcdfValues &v) { return v.type == NC_CHAR; }

@@ -55,7 +55,8 @@ struct RcmPlot : PageTest {
                                  "magenta 1 0 1\ncyan 0 1 1\nyellow 1 1 0\nlgreen 0 1 0\n"
                                  "lred 1 0 0\n");
         COLOR_read_table(nullptr);
-        scratch.write("rad.cty", "Twin_Lakes OK US TLX 1 35.333 -97.278 389 99999 0\n");
+        scratch.write("rad.cty", "Twin_Lakes OK US TLX 1 35.333 -97.278 389 99999 0\n"
+                                 "Bunker_Hill CA US BHX 1 40.498 -124.292 732 99999 0\n");
         scratch.write("qra.map", "");
         scratch.write("variable.lup", "");
         RES_set("identifier", "TLX");
@@ -168,6 +169,17 @@ TEST_F(RcmPlot, BoxesLieOnTheNationalGrid) {
     const Point back = on_polar_map(box.points[0].y, box.points[0].x);
     EXPECT_NEAR(back.x, from.x, 0.002);
     EXPECT_NEAR(back.y, from.y, 0.002);
+}
+
+/* Its corner lies beyond the national grid's edge. */
+TEST_F(RcmPlot, BoxesOfAWesternRadarLieOnTheNationalGridToo) {
+    name("BHX");
+    RES_set("identifier", "BHX");
+    report.grid[50][40] = 3;
+    corner = corner_of(40.498, -124.292);
+    Domain domain;
+    plot(message(), &domain);
+    EXPECT_EQ(boxes(), "green:500,400 510,410 ");
 }
 
 TEST_F(RcmPlot, StormsAndMarksOfComp) {

@@ -10,6 +10,8 @@ GIF, PNG, a window dump or a native picture.")
 set(CPACK_PACKAGE_FILE_NAME radar-plot)
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# This library is loaded when it is needed, which no tool sees: libnetcdf.so.19 is in libnetcdf19.
+string(REGEX REPLACE "\\.so\\." "" CPACK_DEBIAN_PACKAGE_DEPENDS ${netcdf_name})
 set(CPACK_COMPONENTS_GROUPING ALL_COMPONENTS_IN_ONE)
 set(CPACK_COMPONENTS_ALL Unspecified links)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
