@@ -124,7 +124,7 @@ void fill_values(const Domain &domain) {
 void set_levels(int mode, float base, float interval) {
     CONT_reset();
     CONT_param();
-    CONT_set_mode(mode);
+    CONT_set_mode_text(mode, ""); // of dashed lines, too
     CONT_set_fill_colors(kColors, 0);
     RES_get_value("con_interval", &interval, OPT_FLOAT);
     CONT_set_base(base);
