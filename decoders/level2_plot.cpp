@@ -5,7 +5,6 @@
 #include "decoders/radar_cells.h"
 #include "decoders/radar_colors.h"
 #include "decoders/radar_marks.h"
-#include "kernel/attributes.h"
 #include "kernel/gph.h"
 #include "plot/labels.h"
 #include "plot/levels.h"
@@ -206,15 +205,6 @@ void set_labels(const Sweep &sweep) {
     PLT_set_label_time(&LEV2_volume()->start_time);
 }
 
-void draw_marks() {
-    PlotAttr attr;
-    RADAR_data_style(&attr);
-    GPH_set_line(&attr);
-    GPH_set_marker(1.0f, &attr);
-    gset_marker_type(2);
-    RADAR_draw_marks(data_domain, options);
-}
-
 // ---- Steps of the frame driver ----
 
 void handle_event(float x, float y, int, const char *name) {
@@ -290,7 +280,7 @@ void LEV2_draw_data() {
     RADAR_find_site(data_domain, &sweep.site);
     PLT_message("LEV2 Sum");
     read_messages(&sweep);
-    draw_marks();
+    RADAR_draw_plain_marks(data_domain, options);
     set_labels(sweep);
 }
 

@@ -1,6 +1,7 @@
 #include "decoders/radar_marks.h"
 
 #include "decoders/radar_spacing.h"
+#include "kernel/attributes.h"
 #include "kernel/colors.h"
 #include "kernel/gph.h"
 #include "plot/map.h"
@@ -21,4 +22,13 @@ void RADAR_draw_marks(const Domain &product, const RadarOptions &options) {
     for (const float ring : options.ring)
         if (ring != 0.0f)
             MAP_range_ring(radar.x, radar.y, ring * float(RADAR_KM_PER_MILE));
+}
+
+void RADAR_draw_plain_marks(const Domain &product, const RadarOptions &options) {
+    PlotAttr attr;
+    RADAR_data_style(&attr);
+    GPH_set_line(&attr);
+    GPH_set_marker(1.0f, &attr);
+    gset_marker_type(2);
+    RADAR_draw_marks(product, options);
 }

@@ -11,3 +11,6 @@ void RADAR_data_style(PlotAttr *attr);
 /* Draws site marker and rings, in the current styles and on the plot's own projection, where the
  * radar in the middle of the product's domain stands elsewhere than on the product's. */
 void RADAR_draw_marks(const Domain &product, const RadarOptions &options);
+
+/* The same in the data style, the site as a marker of type 2. */
+void RADAR_draw_plain_marks(const Domain &product, const RadarOptions &options);

@@ -8,7 +8,6 @@
 #include "decoders/radar_spacing.h"
 #include "decoders/rrwds_reader.h"
 #include "decoders/summary_legend.h"
-#include "kernel/attributes.h"
 #include "kernel/gph.h"
 #include "plot/labels.h"
 #include "plot/levels.h"
@@ -107,15 +106,6 @@ void set_colors() {
     CONT_set_interval(1.0f);
 }
 
-void draw_marks() {
-    PlotAttr attr;
-    RADAR_data_style(&attr);
-    GPH_set_line(&attr);
-    GPH_set_marker(1.0f, &attr);
-    gset_marker_type(2);
-    RADAR_draw_marks(RRWDS_product()->domain, options);
-}
-
 void draw_picture() {
     MAP_draw(1);
     RRWDS_draw_data();
@@ -172,7 +162,7 @@ void RRWDS_draw_data() {
     CONT_param();
     set_colors();
     draw_scan();
-    draw_marks();
+    RADAR_draw_plain_marks(RRWDS_product()->domain, options);
 }
 
 void RRWDS_pointer(float x, float y, int, const char *name) {

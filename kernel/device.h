@@ -35,7 +35,7 @@ struct Device {
     float marker_shift = 0.0f; // added to a marker's place, before it is cut to whole pixels
 
     // Life.  open takes the whole connection text and returns 0, or -1 after a report; a row
-    // without it names a device that this program cannot open yet.
+    // without it names a device that cannot be opened.
     int (*open)(const char *connection) = nullptr;
     void (*init)(int stage) = [](int) {}; // attributes and transforms have just been reset
     void (*ready)() = [] {};              // the workstation is open, fonts and all

@@ -175,7 +175,7 @@ void dump_series(const DumpForm &form) {
 
 void dump_frames(const DumpForm &form) {
     if (!(state.*form.writer)) {
-        MSG_print(MSG_WARN, "gprocess_x11_event: %s files are not there yet\n", form.name);
+        MSG_print(MSG_WARN, "gprocess_x11_event: No writer of %s files\n", form.name);
         return;
     }
     const CursorScope cursor(CURSOR_WORK);

@@ -64,7 +64,7 @@ int gopen_ws(int, const char *connection, int type) {
     gset_ws_type(type);
     const Device &device = gdevice();
     if (!device.open) {
-        MSG_print(MSG_ERROR, "gopen_ws: The %s device is not there yet\n", device.name);
+        MSG_print(MSG_ERROR, "gopen_ws: No device of type %d\n", type);
         return -1;
     }
     gset_redraw_enabled(device.redraws);
