@@ -17,6 +17,7 @@
 #include "shell/strings.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -41,31 +42,64 @@ struct Drawing {
 
 // ---- Places of the grid points ----
 
+/* True where a flat cell of a value shows nothing.  Bands meet at levels, so what lies just below
+ * counts as well. */
+bool is_blank(float value, float interval) {
+    PlotAttr row;
+    for (const float v : {value, std::nextafter(value, -INFINITY), value - 0.02f * interval}) {
+        CONT_color_for_value(v, &row);
+        if (row.color != -1)
+            return false;
+    }
+    return true;
+}
+
+/* Marks the corners of the cells that show anything; most of a map of echoes is blank, and need not
+ * be projected.  Lines may run along blank cells: with them all points count. */
+void mark_points(const ContWalk &w) {
+    const Grid &grid = *w.grid;
+    std::fill(contour.x.begin(), contour.x.end(), w.mode == PLOT_FILLED ? MISSING_F : 0.0f);
+    float tested = MISSING_F;
+    bool blank = false;
+    for (int row = 0; w.mode == PLOT_FILLED && row + 1 < grid.ny; row++)
+        for (int col = 0; col + 1 < grid.nx; col++) {
+            const size_t i = CONT_grid_index(grid, col, row), below = i + size_t(grid.nx);
+            const float v = grid.values[i];
+            const bool flat =
+                v == grid.values[i + 1] && v == grid.values[below] && v == grid.values[below + 1];
+            if (flat && v != tested) {
+                tested = v;
+                blank = is_blank(v, w.cont->interval);
+            }
+            if (flat && blank)
+                continue;
+            for (const size_t corner : {i, i + 1, below, below + 1})
+                contour.x[corner] = 0.0f;
+        }
+}
+
 /* Turns columns and rows of the grid's own domain into its latitudes and longitudes. */
 void locate_points(const Grid &grid) {
     PRJ_set_domain(&grid.domain);
     for (int row = 0; row < grid.ny; row++)
         for (int col = 0; col < grid.nx; col++) {
             float x, y, lat = MISSING_F, lon = MISSING_F;
+            const size_t i = CONT_grid_index(grid, col, row);
+            if (contour.x[i] == MISSING_F)
+                continue;
             PRJ_grid_to_xy(float(col), float(row), &x, &y);
             PRJ_xy_to_latlon(x, y, &lat, &lon);
-            contour.x[CONT_grid_index(grid, col, row)] = lon;
-            contour.y[CONT_grid_index(grid, col, row)] = lat;
+            contour.x[i] = lon;
+            contour.y[i] = lat;
         }
 }
 
-/* Finds the projected x and y of every grid point; MISSING_F without an image. */
-int project_points(const Grid &grid) {
-    const Domain &d = grid.domain;
-    if (d.proj == MISSING || d.dx == MISSING_F || d.dy == MISSING_F) {
-        MSG_print(MSG_ERROR, "CONT_draw_contours: Unable to project the grid\n");
-        return -1;
-    }
-    contour.x.resize(size_t(grid.nx) * size_t(grid.ny));
-    contour.y.resize(contour.x.size());
+/* Finds the projected x and y of the marked points; MISSING_F without an image. */
+void project_points(const ContWalk &w) {
+    mark_points(w);
     Domain plot;
     PRJ_get_domain(&plot);
-    locate_points(grid);
+    locate_points(*w.grid);
     PRJ_set_domain(&plot);
     for (size_t i = 0; i < contour.x.size(); i++) {
         float x = MISSING_F, y = MISSING_F;
@@ -75,7 +109,6 @@ int project_points(const Grid &grid) {
         contour.x[i] = has_image ? x : MISSING_F;
         contour.y[i] = has_image ? y : MISSING_F;
     }
-    return 0;
 }
 
 /* A grid of the plot's own domain is drawn in columns and rows: no point is projected. */
@@ -98,11 +131,15 @@ int place_grid(ContWalk &w) {
         select_grid_units(*w.grid);
         return 0;
     }
-    if (project_points(*w.grid) < 0)
+    const Domain &d = w.grid->domain;
+    if (d.proj == MISSING || d.dx == MISSING_F || d.dy == MISSING_F) {
+        MSG_print(MSG_ERROR, "CONT_draw_contours: Unable to project the grid\n");
         return -1;
+    }
+    contour.x.resize(size_t(w.grid->nx) * size_t(w.grid->ny));
+    contour.y.resize(contour.x.size());
     w.x = contour.x.data();
     w.y = contour.y.data();
-    gsel_norm_tran(kData);
     return 0;
 }
 
@@ -196,6 +233,8 @@ void draw(Drawing &d) {
     CONT_set_fill_colors(nullptr, 0);
     if (CONT_compute_levels(w.grid) < 0)
         return;
+    if (w.x)
+        project_points(w);
     read_attributes(*w.cont, &w.line, &d.label);
     const float size = w.x ? PLT_window_height() : float(w.grid->ny - 1);
     d.text_height = w.cont->text_scale * size * kTextHeight;
